@@ -1,0 +1,9 @@
+#pragma once
+#include <QtGlobal>
+
+// Double to Integer: truncation toward zero, saturating at the 64-bit limits; NaN gives 0.
+qint64 toInteger(double value);
+// Double to a stream position: truncation toward zero and two's-complement wrap, so a
+// negative position is huge and simply reads nothing. NaN gives 0; values beyond the
+// 64-bit range saturate.
+quint64 toPosition(double value);

@@ -1,0 +1,45 @@
+#pragma once
+#include <QImage>
+#include <QMetaType>
+#include <QString>
+
+#include "platform/BinaryStream.h"
+#include "platform/Date.h"
+#include "platform/Handle.h"
+
+// A file or folder by its path. A default-made FolderItem is nil: every use of it throws
+// NilObjectException. Copies are cheap and name the same item.
+class FolderItem {
+public:
+    FolderItem() = default;
+    explicit FolderItem(const QString& path);
+
+    bool isNil() const;
+    QString path() const;    // absolute path
+    QString Name() const;    // last component of the path
+    bool Exists() const;
+    bool Directory() const;
+
+    // The creation date is the birth time where the file system records it and the
+    // modification time where it does not.
+    Date CreationDate() const;
+    Date ModificationDate() const;
+    // Sets the creation date where the OS can (macOS, Windows); elsewhere changes nothing
+    // and returns false. Never throws for a refusal.
+    bool setCreationDate(const Date& d) const;
+    // Sets the modification time of a file or folder and keeps its access time.
+    bool setModificationDate(const Date& d) const;
+
+    // A stream on the file, read-only or read-write in place; nil where it cannot be
+    // opened that way (a folder, no permission, gone).
+    Handle<BinaryStream> OpenAsBinaryFile(bool write) const;
+    // The whole picture, or a null image when the file holds none that can be loaded.
+    QImage OpenAsPicture() const;
+
+    bool operator==(const FolderItem& o) const { return path_ == o.path_; }
+
+private:
+    const QString& checked() const;  // the path, or NilObjectException
+    QString path_;
+};
+Q_DECLARE_METATYPE(FolderItem)

@@ -1,0 +1,32 @@
+#pragma once
+#include "platform/Exceptions.h"
+
+#include <memory>
+
+// A reference to a platform object that may be nil. Copies share the object; using a nil
+// handle throws NilObjectException instead of crashing, as the product's objects do.
+template <class T>
+class Handle {
+public:
+    Handle() = default;
+    Handle(std::nullptr_t) {}
+    explicit Handle(std::shared_ptr<T> p) : p_(std::move(p)) {}
+
+    template <class... Args>
+    static Handle make(Args&&... args) { return Handle(std::make_shared<T>(std::forward<Args>(args)...)); }
+
+    bool isNil() const { return !p_; }
+    explicit operator bool() const { return bool(p_); }
+    T* operator->() const { return &get(); }
+    T& operator*() const { return get(); }
+    T& get() const
+    {
+        if (!p_)
+            throw NilObjectException();
+        return *p_;
+    }
+    bool operator==(const Handle& o) const { return p_ == o.p_; }
+
+private:
+    std::shared_ptr<T> p_;
+};

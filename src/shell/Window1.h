@@ -1,0 +1,152 @@
+#pragma once
+// Window1: the one window of the program. It owns every control, every field and, through
+// the table ListBox1, every file: a row is a file. This header is the map of the program;
+// each group of methods is defined in the folder named above it.
+
+#include <QMainWindow>
+#include <QString>
+#include <array>
+#include <optional>
+
+#include "platform/BinaryStream.h"
+#include "platform/ControlArray.h"
+#include "platform/Date.h"
+#include "platform/FolderItem.h"
+#include "platform/Handle.h"
+
+class QCheckBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPlainTextEdit;
+class QPushButton;
+class QRadioButton;
+class QToolButton;
+class Canvas;
+class DragItem;
+class Listbox;
+class LockLayout;
+class OneShotTimer;
+class RectangleShape;
+class RoundRectangleShape;
+
+// The marker of a date that a file did not give; logic compares against it.
+inline const QString kNoExif = QStringLiteral("Exif取得不能");
+
+class Window1 : public QMainWindow {
+    Q_OBJECT
+public:
+    // The one main window, made at first use.
+    static Window1* instance();
+    static bool exists();
+    explicit Window1(QWidget* parent = nullptr);
+    ~Window1() override;
+
+    // ---- Fields -------------------------------------------------------------------------
+    bool isLittleEndian = false;
+    double TiffOfs = 0;
+    Handle<BinaryStream> bs;
+    bool dirtyValue = false;
+    int curRow = 0;
+    int clickedCheckColumn = 0;
+    int clickedCheckRow = 0;
+    int baseChoice = 0;
+    std::array<int, 2> clickedCell{0, 0};
+
+    // ---- Controls (src/shell/Window1_controls.cpp), back to front ------------------------
+    RectangleShape* Winback = nullptr;
+    Listbox* ListBox1 = nullptr;
+    Listbox* ListHeader = nullptr;
+    OneShotTimer* Timer1 = nullptr;
+    OneShotTimer* Timer2 = nullptr;
+    QCheckBox* OnlyPicture = nullptr;
+    QLineEdit* FileNameTag = nullptr;
+    OneShotTimer* Timer3 = nullptr;
+    OneShotTimer* Timer4 = nullptr;
+    RoundRectangleShape* ImageBack = nullptr;
+    Canvas* Canvas1 = nullptr;
+    QPlainTextEdit* TextArea1 = nullptr;
+    QGroupBox* AimGroup = nullptr;
+    ControlArray<QLineEdit> AimValue;   // 0..5: year, month, day, hour, minute, second
+    ControlArray<QLabel> LabText;       // 0..5 in AddGroup, 6..11 in AimGroup
+    QGroupBox* BaseGroup = nullptr;
+    ControlArray<QRadioButton> BaseKind;  // 1..5: the base column of ListBox1
+    OneShotTimer* Timer5 = nullptr;
+    QGroupBox* AddGroup = nullptr;
+    ControlArray<QLineEdit> AddValue;   // 0..5: year, month, day, hour, minute, second
+    QToolButton* ClearBtn = nullptr;
+    QCheckBox* AddValCheckBox = nullptr;
+    QPushButton* ExecuteBtn = nullptr;
+    LockLayout* lockLayout = nullptr;
+
+    // ---- src/shell: start-up --------------------------------------------------------------
+    void CreateControls();
+    void bindHandlers();
+    void runOpenEvents();
+    void Event_Open();
+
+    // ---- src/exif: the TIFF/Exif walk -----------------------------------------------------
+    void getExifInfo();
+    double getIFDEntry();
+    double analyzeIFD(double pos);
+    QString culcType(int tag, const QByteArray& value, int type, qint64 count);
+
+    // ---- src/table: the file table and its rows -------------------------------------------
+    void ListBox1_Open();
+    void ListHeader_Open();
+    void addFileToTable(const FolderItem& f);
+    void clearTables();
+    void optimizeRowCheck(int row);
+
+    // ---- src/table: check boxes -----------------------------------------------------------
+    bool ListBox1_CellClick(int row, int column, int x, int y);
+    bool ListHeader_CellClick(int row, int column, int x, int y);
+    void ListHeader_Change();
+    void Timer1_Action();
+    void Timer2_Action();
+    void Timer3_Action();
+    void setRowCheck(int row);
+    void setColumnCheck(int column);
+
+    // ---- src/table: file intake -----------------------------------------------------------
+    void Event_DragEnter();
+    void Event_DragExit();
+    void Event_DropObject(DragItem& obj, int action);
+    void OnlyPicture_Action();
+    void Timer4_Action();
+    void Timer5_Action();
+
+    // ---- src/target: add values, base choice, aim value -----------------------------------
+    void AddValue_Open(int index);
+    void AddValue_TextChange(int index);
+    bool AddValue_KeyDown(int index, const QString& key);
+    void AddValue_LostFocus(int index);
+    void AddValCheckBox_Action();
+    void ClearBtn_Action();
+    void BaseKind_Open(int index);
+    void BaseKind_Action(int index);
+    std::optional<Date> culcAimValue(int row);  // nullopt: the base cell is no date
+    void changeAimValue();
+    void dispAimValue(const std::optional<Date>& d);
+    void clearAimValue();
+    void ListBox1_Change();
+
+    // ---- src/writeback: the execute run ---------------------------------------------------
+    void ExecuteBtn_Action();
+
+    // ---- src/preview: preview pane and hover tag ------------------------------------------
+    void drawCanvas(int row);
+    void optimizePictureSize(int w, int h, int& boxWidth, int& boxHeight, int& offsetX, int& offsetY);
+    void ListBox1_MouseMove(int x, int y);
+    void ListBox1_MouseExit();
+
+    // ---- src/shell: menu ------------------------------------------------------------------
+    bool _AppleAbout_Action();
+
+protected:
+    void dragEnterEvent(QDragEnterEvent* e) override;
+    void dragLeaveEvent(QDragLeaveEvent* e) override;
+    void dropEvent(QDropEvent* e) override;
+    void resizeEvent(QResizeEvent* e) override;
+    bool eventFilter(QObject* watched, QEvent* e) override;
+};
