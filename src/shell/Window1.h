@@ -81,9 +81,18 @@ public:
 
     // ---- src/shell: start-up --------------------------------------------------------------
     void CreateControls();
-    void bindHandlers();
-    void runOpenEvents();
     void Event_Open();
+    // Each subsystem binds its own handlers (through the handler guard) and runs the open
+    // events of its controls; the window's construction calls them in the open order.
+    void bindTableHandlers();      // src/table/FileTable.cpp
+    void bindCheckBoxHandlers();   // src/table/CheckBoxes.cpp
+    void bindIntakeHandlers();     // src/table/Intake.cpp
+    void bindTargetHandlers();     // src/target/
+    void bindWritebackHandlers();  // src/writeback/
+    void bindPreviewHandlers();    // src/preview/
+    void bindMenu();               // src/shell/MenuBar1.cpp
+    void openTableControls();      // ListBox1_Open, ListHeader_Open
+    void openTargetControls();     // BaseKind_Open (1, 2, 4, 5, 3), AddValue_Open (0..5)
 
     // ---- src/exif: the TIFF/Exif walk -----------------------------------------------------
     void getExifInfo();

@@ -1,0 +1,4 @@
+#include "shell/Window1.h"
+
+// Placeholder until the subsystem lands its handlers.
+void Window1::bindCheckBoxHandlers() {}

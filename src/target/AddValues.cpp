@@ -1,0 +1,5 @@
+#include "shell/Window1.h"
+
+// Placeholder until the subsystem lands its handlers.
+void Window1::bindTargetHandlers() {}
+void Window1::openTargetControls() {}
