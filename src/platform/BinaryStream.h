@@ -35,5 +35,29 @@ public:
     void Close();
 
 private:
-    // (representation: the implementer's)
+    struct Token {};  // only open() makes streams
+
+public:
+    BinaryStream(Token, int fd, bool writable);
+
+private:
+    // Points at up to count bytes (count <= kWindow) at the position, served from the
+    // window, and moves the position past them; count becomes what there was.
+    const char* take(qint64& count);
+    qint64 readAt(char* out, qint64 count, quint64 offset) const;  // one read, EINTR retried
+    qint64 fileSize() const;  // the current size, -1 if it cannot be had
+
+    // The reader reads the first 256 bytes, then directories and small values that lie
+    // close together near the start: one aligned window of the file serves them all with
+    // a single read. Larger reads go to the file directly. Writes go straight through to
+    // the file and are copied into the window, so the file is always the authority.
+    static constexpr qint64 kWindow = 8192;
+
+    int fd_ = -1;
+    bool writable_ = false;
+    bool littleEndian_ = false;
+    quint64 position_ = 0;
+    quint64 windowStart_ = 0;
+    qint64 windowLength_ = 0;  // valid bytes in window_; 0: nothing cached
+    char window_[kWindow];
 };

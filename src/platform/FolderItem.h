@@ -1,4 +1,5 @@
 #pragma once
+#include <QByteArray>
 #include <QImage>
 #include <QMetaType>
 #include <QString>
@@ -21,7 +22,8 @@ public:
     bool Directory() const;
 
     // The creation date is the birth time where the file system records it and the
-    // modification time where it does not.
+    // modification time where it does not. Asked of an item that is not there (gone, or
+    // never was), both throw NilObjectException, as a missing date does when it is used.
     Date CreationDate() const;
     Date ModificationDate() const;
     // Sets the creation date where the OS can (macOS, Windows); elsewhere changes nothing
@@ -41,5 +43,6 @@ public:
 private:
     const QString& checked() const;  // the path, or NilObjectException
     QString path_;
+    QByteArray native_;  // the path as the OS takes it, encoded once
 };
 Q_DECLARE_METATYPE(FolderItem)

@@ -1,5 +1,6 @@
 #pragma once
 #include <QByteArray>
+#include <QVarLengthArray>
 #include <QtGlobal>
 
 // A block of bytes of fixed size with a settable byte order for its number accessors.
@@ -23,6 +24,10 @@ public:
     qint32 Long(qint64 offset) const;
 
 private:
-    QByteArray data_;
+    // Throws unless offset..offset+length lies inside the block; returns the first byte.
+    const char* span(qint64 offset, qint64 length) const;
+
+    // The reader makes a 4-byte block for every directory entry: small blocks live inline.
+    QVarLengthArray<char, 16> data_;
     bool littleEndian_ = false;
 };

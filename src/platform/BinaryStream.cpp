@@ -1,0 +1,252 @@
+#include "platform/BinaryStream.h"
+
+#include <QFile>
+#include <QtEndian>
+
+#include <bit>
+#include <cerrno>
+#include <cstring>
+#include <limits>
+
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#include <sys/stat.h>
+#else
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace {
+
+// No file offset lies beyond this; a position past it reads nothing.
+constexpr quint64 kMaxOffset = quint64(std::numeric_limits<qint64>::max());
+
+#ifdef _WIN32
+
+int openFile(const QString& path, bool write)
+{
+    const int fd = _wopen(reinterpret_cast<const wchar_t*>(path.utf16()),
+                          (write ? _O_RDWR : _O_RDONLY) | _O_BINARY | _O_NOINHERIT);
+    if (fd < 0)
+        return -1;
+    struct _stati64 st;
+    if (_fstati64(fd, &st) != 0 || (st.st_mode & _S_IFMT) != _S_IFREG) {
+        _close(fd);
+        return -1;
+    }
+    return fd;
+}
+
+qint64 readFile(int fd, char* out, qint64 count, quint64 offset)
+{
+    if (_lseeki64(fd, qint64(offset), SEEK_SET) < 0)
+        return -1;
+    return _read(fd, out, unsigned(qMin<qint64>(count, 1 << 30)));
+}
+
+qint64 writeFile(int fd, const char* in, qint64 count, quint64 offset)
+{
+    if (_lseeki64(fd, qint64(offset), SEEK_SET) < 0)
+        return -1;
+    return _write(fd, in, unsigned(qMin<qint64>(count, 1 << 30)));
+}
+
+qint64 sizeOf(int fd) { return _filelengthi64(fd); }
+void closeFile(int fd) { _close(fd); }
+
+#else
+
+int openFile(const QString& path, bool write)
+{
+    if (path.isEmpty() || path.contains(QChar(0)))
+        return -1;
+    const QByteArray native = QFile::encodeName(path);
+    // O_NONBLOCK: opening a FIFO must not wait for a writer; it is refused below anyway.
+    const int flags = (write ? O_RDWR : O_RDONLY) | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+    int fd;
+    do
+        fd = ::open(native.constData(), flags);
+    while (fd < 0 && errno == EINTR);
+    if (fd < 0)
+        return -1;
+    // A folder opens read-only on Linux; only regular files make streams.
+    struct stat st;
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        ::close(fd);
+        return -1;
+    }
+    return fd;
+}
+
+qint64 readFile(int fd, char* out, qint64 count, quint64 offset)
+{
+    return ::pread(fd, out, size_t(count), off_t(offset));
+}
+
+qint64 writeFile(int fd, const char* in, qint64 count, quint64 offset)
+{
+    return ::pwrite(fd, in, size_t(count), off_t(offset));
+}
+
+qint64 sizeOf(int fd)
+{
+    struct stat st;
+    return ::fstat(fd, &st) == 0 ? qint64(st.st_size) : -1;
+}
+
+void closeFile(int fd) { ::close(fd); }
+
+#endif
+
+}  // namespace
+
+Handle<BinaryStream> BinaryStream::open(const QString& path, bool write)
+{
+    const int fd = openFile(path, write);
+    if (fd < 0)
+        return Handle<BinaryStream>();
+    return Handle<BinaryStream>(std::make_shared<BinaryStream>(Token{}, fd, write));
+}
+
+BinaryStream::BinaryStream(Token, int fd, bool writable) : fd_(fd), writable_(writable) {}
+
+BinaryStream::~BinaryStream() { Close(); }
+
+quint64 BinaryStream::Position() const { return position_; }
+void BinaryStream::setPosition(quint64 position) { position_ = position; }
+bool BinaryStream::LittleEndian() const { return littleEndian_; }
+void BinaryStream::setLittleEndian(bool littleEndian) { littleEndian_ = littleEndian; }
+
+quint64 BinaryStream::Length() const
+{
+    const qint64 size = fileSize();
+    return size > 0 ? quint64(size) : 0;
+}
+
+qint64 BinaryStream::fileSize() const { return fd_ < 0 ? -1 : sizeOf(fd_); }
+
+qint64 BinaryStream::readAt(char* out, qint64 count, quint64 offset) const
+{
+    if (fd_ < 0 || count <= 0 || offset > kMaxOffset)
+        return 0;
+    if (quint64(count) > kMaxOffset - offset)
+        count = qint64(kMaxOffset - offset);
+    qint64 n;
+    do
+        n = readFile(fd_, out, count, offset);
+    while (n < 0 && errno == EINTR);
+    return n > 0 ? n : 0;
+}
+
+const char* BinaryStream::take(qint64& count)
+{
+    const quint64 pos = position_;
+    const bool cached = windowLength_ > 0 && pos >= windowStart_
+                        && pos - windowStart_ <= quint64(windowLength_)
+                        && count <= windowLength_ - qint64(pos - windowStart_);
+    if (!cached) {
+        // Aligned, unless the bytes asked for would straddle the window's end.
+        quint64 start = pos & ~quint64(kWindow - 1);
+        if (pos - start > quint64(kWindow - count))
+            start = pos;
+        windowLength_ = readAt(window_, kWindow, start);
+        windowStart_ = start;
+    }
+    if (pos < windowStart_ || pos - windowStart_ >= quint64(windowLength_)) {
+        count = 0;
+        return window_;
+    }
+    const qint64 at = qint64(pos - windowStart_);
+    count = qMin(count, windowLength_ - at);
+    position_ = pos + quint64(count);
+    return window_ + at;
+}
+
+QByteArray BinaryStream::Read(qint64 count)
+{
+    if (count <= 0 || fd_ < 0)
+        return QByteArray();
+    if (count <= kWindow) {
+        const char* p = take(count);
+        return count > 0 ? QByteArray(p, count) : QByteArray();
+    }
+    // A large read: as much as the file holds from the position, straight from the file.
+    const qint64 size = fileSize();
+    if (size <= 0 || position_ >= quint64(size))
+        return QByteArray();
+    const qint64 want = qMin<qint64>(count, qint64(quint64(size) - position_));
+    QByteArray out(want, Qt::Uninitialized);
+    qint64 got = 0;
+    while (got < want) {
+        const qint64 n = readAt(out.data() + got, want - got, position_ + quint64(got));
+        if (n <= 0)
+            break;
+        got += n;
+    }
+    out.truncate(got);
+    position_ += quint64(got);
+    return out;
+}
+
+quint16 BinaryStream::ReadUInt16()
+{
+    uchar bytes[2] = {0, 0};
+    qint64 n = 2;
+    if (fd_ >= 0) {
+        const char* p = take(n);
+        std::memcpy(bytes, p, size_t(n));
+    }
+    return littleEndian_ ? qFromLittleEndian<quint16>(bytes) : qFromBigEndian<quint16>(bytes);
+}
+
+double BinaryStream::ReadDouble()
+{
+    uchar bytes[8] = {0, 0, 0, 0, 0, 0, 0, 0};
+    qint64 n = 8;
+    if (fd_ >= 0) {
+        const char* p = take(n);
+        std::memcpy(bytes, p, size_t(n));
+    }
+    const quint64 bits = littleEndian_ ? qFromLittleEndian<quint64>(bytes) : qFromBigEndian<quint64>(bytes);
+    return std::bit_cast<double>(bits);
+}
+
+bool BinaryStream::Write(const QByteArray& bytes)
+{
+    if (fd_ < 0 || !writable_)
+        return false;
+    const qint64 size = fileSize();
+    const quint64 n = quint64(bytes.size());
+    if (size < 0 || position_ > quint64(size) || n > quint64(size) - position_)
+        return false;
+    qint64 done = 0;
+    while (quint64(done) < n) {
+        const qint64 w = writeFile(fd_, bytes.constData() + done, qint64(n) - done, position_ + quint64(done));
+        if (w < 0 && errno == EINTR)
+            continue;
+        if (w <= 0) {
+            windowLength_ = 0;  // the file may hold part of the bytes now
+            return false;
+        }
+        done += w;
+    }
+    // Keep the window what the file now holds.
+    if (windowLength_ > 0) {
+        const quint64 from = qMax(position_, windowStart_);
+        const quint64 to = qMin(position_ + n, windowStart_ + quint64(windowLength_));
+        if (from < to)
+            std::memcpy(window_ + (from - windowStart_), bytes.constData() + (from - position_), size_t(to - from));
+    }
+    position_ += n;
+    return true;
+}
+
+void BinaryStream::Close()
+{
+    if (fd_ >= 0)
+        closeFile(fd_);
+    fd_ = -1;
+    windowLength_ = 0;
+}

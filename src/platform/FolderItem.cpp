@@ -1,0 +1,230 @@
+#include "platform/FolderItem.h"
+
+#include "platform/Exceptions.h"
+
+#include <QDir>
+#include <QFile>
+#include <QImageReader>
+
+#include <cerrno>
+
+#if defined(_WIN32)
+#include <windows.h>
+#else
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+#if defined(__APPLE__)
+#include <sys/attr.h>
+#endif
+
+namespace {
+
+// A path as the file system's own: absolute, without "." or ".." steps, without a
+// trailing slash. An absolute path that is clean already is kept as it is, which is the
+// usual case (drops and open requests hand over absolute paths).
+QString normalized(const QString& path)
+{
+#if defined(_WIN32)
+    return QDir::cleanPath(QDir(QDir::fromNativeSeparators(path)).absolutePath());
+#else
+    if (!QDir::isAbsolutePath(path))
+        return QDir::cleanPath(QDir::current().absoluteFilePath(path));
+    const bool clean = !path.contains(QLatin1String("//")) && !path.contains(QLatin1String("/./"))
+                       && !path.contains(QLatin1String("/../")) && !path.endsWith(QLatin1String("/."))
+                       && !path.endsWith(QLatin1String("/..")) && (path.size() == 1 || !path.endsWith(u'/'));
+    return clean ? path : QDir::cleanPath(path);
+#endif
+}
+
+#if defined(_WIN32)
+// FILETIME counts 100 ns steps from 1601-01-01 UTC.
+constexpr qint64 kFileTimeEpochOffset = 11644473600LL;
+
+Date fromFileTime(const FILETIME& ft)
+{
+    const qint64 ticks = (qint64(ft.dwHighDateTime) << 32) | ft.dwLowDateTime;
+    return Date::fromUnixTime(ticks / 10000000 - kFileTimeEpochOffset, (ticks % 10000000) * 100);
+}
+
+FILETIME toFileTime(const Date& d)
+{
+    const qint64 ticks = (d.toUnixTime() + kFileTimeEpochOffset) * 10000000;
+    FILETIME ft;
+    ft.dwLowDateTime = DWORD(ticks & 0xFFFFFFFF);
+    ft.dwHighDateTime = DWORD(quint64(ticks) >> 32);
+    return ft;
+}
+
+WIN32_FILE_ATTRIBUTE_DATA attributes(const QString& path)
+{
+    WIN32_FILE_ATTRIBUTE_DATA data;
+    if (!GetFileAttributesExW(reinterpret_cast<const wchar_t*>(QDir::toNativeSeparators(path).utf16()),
+                              GetFileExInfoStandard, &data))
+        throw NilObjectException();
+    return data;
+}
+
+bool setFileTimes(const QString& path, const FILETIME* created, const FILETIME* written)
+{
+    // FILE_FLAG_BACKUP_SEMANTICS lets a folder be opened too.
+    HANDLE h = CreateFileW(reinterpret_cast<const wchar_t*>(QDir::toNativeSeparators(path).utf16()),
+                           FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                           nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (h == INVALID_HANDLE_VALUE)
+        return false;
+    const bool ok = SetFileTime(h, created, nullptr, written);
+    CloseHandle(h);
+    return ok;
+}
+#else
+struct Times {
+    qint64 birthSec, birthNsec, modSec, modNsec;
+    bool hasBirth;
+};
+
+// Throws NilObjectException for an item that is not there.
+Times timesOf(const QByteArray& native)
+{
+#if defined(__linux__) && defined(STATX_BTIME)
+    struct statx sx;
+    if (::statx(AT_FDCWD, native.constData(), AT_STATX_SYNC_AS_STAT, STATX_BTIME | STATX_MTIME, &sx) == 0)
+        return {sx.stx_btime.tv_sec, sx.stx_btime.tv_nsec, sx.stx_mtime.tv_sec, sx.stx_mtime.tv_nsec,
+                (sx.stx_mask & STATX_BTIME) != 0};
+    if (errno != ENOSYS)
+        throw NilObjectException();
+#endif
+    struct stat st;
+    if (::stat(native.constData(), &st) != 0)
+        throw NilObjectException();
+#if defined(__APPLE__)
+    return {st.st_birthtimespec.tv_sec, st.st_birthtimespec.tv_nsec, st.st_mtimespec.tv_sec,
+            st.st_mtimespec.tv_nsec, true};
+#else
+    return {0, 0, st.st_mtim.tv_sec, st.st_mtim.tv_nsec, false};
+#endif
+}
+#endif
+
+}  // namespace
+
+FolderItem::FolderItem(const QString& path)
+{
+    if (path.isEmpty() || path.contains(QChar(0)))
+        return;  // names nothing: nil
+    path_ = normalized(path);
+    native_ = QFile::encodeName(path_);
+}
+
+bool FolderItem::isNil() const { return path_.isEmpty(); }
+
+const QString& FolderItem::checked() const
+{
+    if (path_.isEmpty())
+        throw NilObjectException();
+    return path_;
+}
+
+QString FolderItem::path() const { return checked(); }
+
+QString FolderItem::Name() const
+{
+    const QString& p = checked();
+    const qsizetype slash = p.lastIndexOf(u'/');
+    return slash < 0 || slash == p.size() - 1 ? p : p.mid(slash + 1);
+}
+
+bool FolderItem::Exists() const
+{
+    checked();
+#if defined(_WIN32)
+    return GetFileAttributesW(reinterpret_cast<const wchar_t*>(QDir::toNativeSeparators(path_).utf16()))
+           != INVALID_FILE_ATTRIBUTES;
+#else
+    struct stat st;
+    return ::stat(native_.constData(), &st) == 0;
+#endif
+}
+
+bool FolderItem::Directory() const
+{
+    checked();
+#if defined(_WIN32)
+    const DWORD a = GetFileAttributesW(reinterpret_cast<const wchar_t*>(QDir::toNativeSeparators(path_).utf16()));
+    return a != INVALID_FILE_ATTRIBUTES && (a & FILE_ATTRIBUTE_DIRECTORY);
+#else
+    struct stat st;
+    return ::stat(native_.constData(), &st) == 0 && S_ISDIR(st.st_mode);
+#endif
+}
+
+Date FolderItem::CreationDate() const
+{
+    checked();
+#if defined(_WIN32)
+    return fromFileTime(attributes(path_).ftCreationTime);
+#else
+    const Times t = timesOf(native_);
+    return t.hasBirth ? Date::fromUnixTime(t.birthSec, t.birthNsec) : Date::fromUnixTime(t.modSec, t.modNsec);
+#endif
+}
+
+Date FolderItem::ModificationDate() const
+{
+    checked();
+#if defined(_WIN32)
+    return fromFileTime(attributes(path_).ftLastWriteTime);
+#else
+    const Times t = timesOf(native_);
+    return Date::fromUnixTime(t.modSec, t.modNsec);
+#endif
+}
+
+bool FolderItem::setCreationDate(const Date& d) const
+{
+    checked();
+#if defined(_WIN32)
+    const FILETIME ft = toFileTime(d);
+    return setFileTimes(path_, &ft, nullptr);
+#elif defined(__APPLE__)
+    struct attrlist list = {};
+    list.bitmapcount = ATTR_BIT_MAP_COUNT;
+    list.commonattr = ATTR_CMN_CRTIME;
+    struct timespec created = {time_t(d.toUnixTime()), 0};
+    return ::setattrlist(native_.constData(), &list, &created, sizeof created, 0) == 0;
+#else
+    // The file system keeps a birth time that no call can change.
+    (void)d;
+    return false;
+#endif
+}
+
+bool FolderItem::setModificationDate(const Date& d) const
+{
+    checked();
+#if defined(_WIN32)
+    const FILETIME ft = toFileTime(d);
+    return setFileTimes(path_, nullptr, &ft);
+#else
+    struct timespec times[2];
+    times[0].tv_sec = 0;
+    times[0].tv_nsec = UTIME_OMIT;  // the access time stays
+    times[1].tv_sec = time_t(d.toUnixTime());
+    times[1].tv_nsec = 0;
+    return ::utimensat(AT_FDCWD, native_.constData(), times, 0) == 0;
+#endif
+}
+
+Handle<BinaryStream> FolderItem::OpenAsBinaryFile(bool write) const
+{
+    return BinaryStream::open(checked(), write);
+}
+
+QImage FolderItem::OpenAsPicture() const
+{
+    QImageReader reader(checked());
+    // The picture as stored: the preview reads the orientation itself.
+    reader.setAutoTransform(false);
+    return reader.read();
+}

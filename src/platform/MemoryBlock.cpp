@@ -1,0 +1,60 @@
+#include "platform/MemoryBlock.h"
+
+#include "platform/Exceptions.h"
+
+#include <QtEndian>
+
+#include <cstring>
+
+MemoryBlock::MemoryBlock(qint64 size)
+{
+    if (size > 0) {
+        data_.resize(size);
+        std::memset(data_.data(), 0, size_t(size));
+    }
+}
+
+qint64 MemoryBlock::Size() const { return data_.size(); }
+bool MemoryBlock::LittleEndian() const { return littleEndian_; }
+void MemoryBlock::setLittleEndian(bool littleEndian) { littleEndian_ = littleEndian; }
+
+const char* MemoryBlock::span(qint64 offset, qint64 length) const
+{
+    // Written so that no sum can wrap, whatever the caller passes.
+    const qint64 size = data_.size();
+    if (offset < 0 || length < 0 || size < length || offset > size - length)
+        throw OutOfBoundsException("OutOfBoundsException: an access lies outside its MemoryBlock");
+    return data_.constData() + offset;
+}
+
+QByteArray MemoryBlock::StringValue(qint64 offset, qint64 length) const
+{
+    const char* p = span(offset, length);
+    return QByteArray(p, length);
+}
+
+void MemoryBlock::setStringValue(qint64 offset, qint64 length, const QByteArray& bytes)
+{
+    char* p = data_.data() + (span(offset, length) - data_.constData());
+    const qint64 n = qMin<qint64>(length, bytes.size());
+    if (n > 0)
+        std::memcpy(p, bytes.constData(), size_t(n));
+    if (length > n)
+        std::memset(p + n, 0, size_t(length - n));
+}
+
+quint16 MemoryBlock::UInt16Value(qint64 offset) const
+{
+    const char* p = span(offset, 2);
+    return littleEndian_ ? qFromLittleEndian<quint16>(p) : qFromBigEndian<quint16>(p);
+}
+
+quint16 MemoryBlock::UShort(qint64 offset) const { return UInt16Value(offset); }
+
+qint16 MemoryBlock::Short(qint64 offset) const { return qint16(UInt16Value(offset)); }
+
+qint32 MemoryBlock::Long(qint64 offset) const
+{
+    const char* p = span(offset, 4);
+    return qint32(littleEndian_ ? qFromLittleEndian<quint32>(p) : qFromBigEndian<quint32>(p));
+}
