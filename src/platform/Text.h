@@ -10,23 +10,31 @@
 
 // The longest number at the start of the text as a Double: optional blanks, sign, digits,
 // a fraction and an exponent; "&h" introduces hexadecimal digits ("&o" octal, "&b"
-// binary). A text that does not begin with a number gives 0.
+// binary). A text that does not begin with a number gives 0. Blanks are spaces and tabs.
+// The "&" forms are a 64-bit pattern read as a signed Integer ("&hFFFFFFFFFFFFFFFF" is -1);
+// a decimal too large for a Double gives an infinity, one too small gives 0.
 double Val(const QString& text);
 // Plain decimal digits, with a minus sign when negative.
 QString Str(qint64 value);
 // A Double as the shortest text that reads back as the same number (15 significant
-// digits at most); whole numbers below 1e15 in plain digits.
+// digits at most); whole numbers below 1e15 in plain digits, others as 1.5e-07 or
+// 1e+15. -0 gives "0"; the infinities and NaN give "INF", "-INF" and "NAN", which Val
+// reads as 0.
 QString Str(double value);
 // Upper-case hexadecimal without leading zeros; a negative value as its 64-bit two's
 // complement.
 QString Hex(qint64 value);
 
-QString Chr(uint code);
+// Characters are Unicode code points: a surrogate pair counts as one.
+QString Chr(uint code);                        // "" for a surrogate or beyond U+10FFFF
 uint Asc(const QString& text);                 // code of the first character, 0 for ""
-qint64 Len(const QString& text);               // characters (UTF-16 code points)
+qint64 Len(const QString& text);               // characters
 qint64 LenB(const QString& text);              // bytes of the UTF-8 form
+// A start of 0 or below reads as 1; a negative length takes the rest.
 QString Mid(const QString& text, qint64 start, qint64 length = -1);
 QString Right(const QString& text, qint64 count);
+// Searches and separators match exactly, case included. An empty find replaces nothing;
+// an empty separator leaves the text one whole field.
 QString ReplaceAll(const QString& text, const QString& find, const QString& replacement);
 qint64 CountFields(const QString& text, const QString& separator);
 // One-based field; an index out of range gives "".
@@ -37,9 +45,11 @@ QStringList Split(const QString& text, const QString& separator);
 // Byte strings.
 qint64 LenB(const QByteArray& bytes);
 QByteArray LeftB(const QByteArray& bytes, qint64 count);          // count <= 0 gives ""
-QByteArray MidB(const QByteArray& bytes, qint64 start, qint64 length = -1);  // start 0 reads as 1
+// A start of 0 or below reads as 1; a negative length takes the rest.
+QByteArray MidB(const QByteArray& bytes, qint64 start, qint64 length = -1);
 uint AscB(const QByteArray& bytes);                                // first byte, 0 for ""
-qint64 InStrB(const QByteArray& haystack, const QByteArray& needle);  // one-based; 0 for none
+// One-based position of the first whole occurrence; 0 for none and for an empty needle.
+qint64 InStrB(const QByteArray& haystack, const QByteArray& needle);
 
 // Equality that ignores case, as the product compares strings.
 bool sameText(const QString& a, const QString& b);
