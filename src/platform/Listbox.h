@@ -1,7 +1,10 @@
 #pragma once
 #include <QString>
+#include <QStringList>
 #include <QTableView>
 #include <QVariant>
+
+#include <vector>
 
 class ListboxModel;
 
@@ -70,4 +73,34 @@ signals:
     void MouseMove(int x, int y);
     void MouseExit();
 
+protected:
+    void mousePressEvent(QMouseEvent* e) override;
+    void mouseDoubleClickEvent(QMouseEvent* e) override;
+    void mouseMoveEvent(QMouseEvent* e) override;
+    void leaveEvent(QEvent* e) override;
+    void resizeEvent(QResizeEvent* e) override;
+    void changeEvent(QEvent* e) override;
+    bool eventFilter(QObject* watched, QEvent* e) override;
+    void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+    void rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) override;
+
+private:
+    void checkRow(int row) const;
+    void checkColumn(int column) const;
+    void checkCell(int row, int column) const;
+    void applyColumnWidths();
+    void applyRowHeight();
+    void showSortIndicator();
+    template <class F>
+    void changeRows(F&& change);
+
+    ListboxModel* model_;
+    QStringList widthEntries_;
+    std::vector<int> columnTypes_;
+    std::vector<int> sortDirections_;
+    bool hasHeader_ = true;
+    int rowSelectionType_ = 0;
+    int sortColumn_ = -1;
+    bool changingRows_ = false;
+    bool changePending_ = false;
 };

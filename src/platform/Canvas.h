@@ -1,0 +1,18 @@
+#pragma once
+#include <QImage>
+#include <QWidget>
+
+// A surface that shows its Backdrop at its top-left corner and draws nothing else.
+class Canvas : public QWidget {
+    Q_OBJECT
+public:
+    explicit Canvas(QWidget* parent = nullptr);
+    const QImage& Backdrop() const { return backdrop_; }
+    void setBackdrop(const QImage& backdrop);  // a null image removes it
+
+protected:
+    void paintEvent(QPaintEvent* e) override;
+
+private:
+    QImage backdrop_;
+};

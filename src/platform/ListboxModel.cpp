@@ -1,0 +1,194 @@
+#include "platform/ListboxModel.h"
+
+#include <algorithm>
+#include <numeric>
+
+ListboxModel::ListboxModel(QObject* parent) : QAbstractTableModel(parent) {}
+
+int ListboxModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : int(rows_.size());
+}
+
+int ListboxModel::columnCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : columns_;
+}
+
+QVariant ListboxModel::data(const QModelIndex& index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
+        return {};
+    switch (role) {
+    case Qt::DisplayRole:
+        return text(index.row(), index.column());
+    case Qt::CheckStateRole:
+        if (isCheckColumn(index.column()))
+            return check(index.row(), index.column()) ? Qt::Checked : Qt::Unchecked;
+        return {};
+    default:
+        return {};
+    }
+}
+
+QVariant ListboxModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section >= headings_.size())
+        return {};
+    return headings_.at(section);
+}
+
+Qt::ItemFlags ListboxModel::flags(const QModelIndex& index) const
+{
+    if (!index.isValid())
+        return Qt::NoItemFlags;
+    // Not user-checkable: the box changes only through the Listbox's own press handling.
+    return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
+}
+
+ListboxModel::Row ListboxModel::makeRow(const QString& column0) const
+{
+    Row row;
+    row.texts = std::make_unique<QString[]>(size_t(columns_));
+    row.texts[0] = column0;
+    return row;
+}
+
+void ListboxModel::setColumns(int columns)
+{
+    columns = std::clamp(columns, 1, kMaxColumns);
+    if (columns == columns_)
+        return;
+    beginResetModel();
+    const int kept = std::min(columns, columns_);
+    for (Row& row : rows_) {
+        auto texts = std::make_unique<QString[]>(size_t(columns));
+        std::move(row.texts.get(), row.texts.get() + kept, texts.get());
+        row.texts = std::move(texts);
+        if (row.tags) {
+            auto tags = std::make_unique<QVariant[]>(size_t(columns));
+            std::move(row.tags.get(), row.tags.get() + kept, tags.get());
+            row.tags = std::move(tags);
+        }
+        if (columns < kMaxColumns)
+            row.checks &= (quint64(1) << columns) - 1;
+    }
+    columns_ = columns;
+    if (columns < kMaxColumns)
+        checkColumns_ &= (quint64(1) << columns) - 1;
+    endResetModel();
+}
+
+void ListboxModel::setHeadings(const QStringList& headings)
+{
+    headings_ = headings;
+    emit headerDataChanged(Qt::Horizontal, 0, columns_ - 1);
+}
+
+void ListboxModel::setCheckColumn(int column, bool isCheck)
+{
+    const quint64 bit = quint64(1) << column;
+    const quint64 next = isCheck ? (checkColumns_ | bit) : (checkColumns_ & ~bit);
+    if (next == checkColumns_)
+        return;
+    checkColumns_ = next;
+    if (!rows_.empty())
+        emit dataChanged(index(0, column), index(int(rows_.size()) - 1, column));
+}
+
+void ListboxModel::appendRow(const QString& column0)
+{
+    const int at = int(rows_.size());
+    beginInsertRows(QModelIndex(), at, at);
+    rows_.push_back(makeRow(column0));
+    endInsertRows();
+}
+
+void ListboxModel::removeRowAt(int row)
+{
+    beginRemoveRows(QModelIndex(), row, row);
+    rows_.erase(rows_.begin() + row);
+    endRemoveRows();
+}
+
+void ListboxModel::clear()
+{
+    if (rows_.empty())
+        return;
+    beginResetModel();
+    rows_.clear();
+    endResetModel();
+}
+
+void ListboxModel::setText(int row, int column, const QString& text)
+{
+    QString& cell = rows_[size_t(row)].texts[size_t(column)];
+    if (cell == text)
+        return;
+    cell = text;
+    const QModelIndex at = index(row, column);
+    emit dataChanged(at, at, {Qt::DisplayRole});
+}
+
+void ListboxModel::setCheck(int row, int column, bool checked)
+{
+    quint64& checks = rows_[size_t(row)].checks;
+    const quint64 bit = quint64(1) << column;
+    const quint64 next = checked ? (checks | bit) : (checks & ~bit);
+    if (next == checks)
+        return;
+    checks = next;
+    const QModelIndex at = index(row, column);
+    emit dataChanged(at, at, {Qt::CheckStateRole});
+}
+
+QVariant ListboxModel::tag(int row, int column) const
+{
+    const Row& r = rows_[size_t(row)];
+    return r.tags ? r.tags[size_t(column)] : QVariant();
+}
+
+void ListboxModel::setTag(int row, int column, const QVariant& tag)
+{
+    // Tags are not shown, so writing one tells no view anything.
+    Row& r = rows_[size_t(row)];
+    if (!r.tags)
+        r.tags = std::make_unique<QVariant[]>(size_t(columns_));
+    r.tags[size_t(column)] = tag;
+}
+
+void ListboxModel::sortByColumn(int column, bool descending)
+{
+    const size_t n = rows_.size();
+    if (n < 2)
+        return;
+    std::vector<int> order(n);  // order[newRow] = oldRow
+    std::iota(order.begin(), order.end(), 0);
+    const size_t c = size_t(column);
+    if (descending)
+        std::stable_sort(order.begin(), order.end(),
+                         [&](int a, int b) { return rows_[size_t(b)].texts[c] < rows_[size_t(a)].texts[c]; });
+    else
+        std::stable_sort(order.begin(), order.end(),
+                         [&](int a, int b) { return rows_[size_t(a)].texts[c] < rows_[size_t(b)].texts[c]; });
+
+    emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
+    std::vector<int> newRowOf(n);
+    for (size_t i = 0; i < n; ++i)
+        newRowOf[size_t(order[i])] = int(i);
+    const QModelIndexList from = persistentIndexList();
+    QModelIndexList to;
+    to.reserve(from.size());
+    for (const QModelIndex& i : from)
+        to.append(index(newRowOf[size_t(i.row())], i.column()));
+    changePersistentIndexList(from, to);
+
+    std::vector<Row> sorted;
+    sorted.reserve(n);
+    for (int old : order)
+        sorted.push_back(std::move(rows_[size_t(old)]));
+    rows_ = std::move(sorted);
+    emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+}
+
+#include "moc_ListboxModel.cpp"

@@ -1,0 +1,58 @@
+#pragma once
+#include <QAbstractTableModel>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+#include <memory>
+#include <vector>
+
+// The rows behind a Listbox. A row is small: its texts in one array, its ticks as bits,
+// and its tags in an array that exists only once a tag is written. Nothing here checks
+// bounds: the Listbox does that before it calls in.
+class ListboxModel : public QAbstractTableModel {
+    Q_OBJECT
+public:
+    static constexpr int kMaxColumns = 64;  // ticks are bits of one word
+
+    explicit ListboxModel(QObject* parent = nullptr);
+
+    int rowCount(const QModelIndex& parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex& parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+    void setColumns(int columns);
+    void setHeadings(const QStringList& headings);
+    void setCheckColumn(int column, bool isCheck);
+    bool isCheckColumn(int column) const { return (checkColumns_ >> column) & 1u; }
+
+    void appendRow(const QString& column0);
+    void removeRowAt(int row);
+    void clear();
+
+    const QString& text(int row, int column) const { return rows_[size_t(row)].texts[size_t(column)]; }
+    void setText(int row, int column, const QString& text);
+    bool check(int row, int column) const { return (rows_[size_t(row)].checks >> column) & 1u; }
+    void setCheck(int row, int column, bool checked);
+    QVariant tag(int row, int column) const;
+    void setTag(int row, int column, const QVariant& tag);
+
+    // Stable sort by the texts of one column, in code-unit order; descending keeps equal
+    // rows in their order too. Persistent indexes (and so the selection) follow the rows.
+    void sortByColumn(int column, bool descending);
+
+private:
+    struct Row {
+        std::unique_ptr<QString[]> texts;
+        std::unique_ptr<QVariant[]> tags;  // null until the row's first tag
+        quint64 checks = 0;
+    };
+    Row makeRow(const QString& column0) const;
+
+    std::vector<Row> rows_;
+    QStringList headings_;
+    int columns_ = 1;
+    quint64 checkColumns_ = 0;
+};
