@@ -103,15 +103,23 @@ Date::Date(qint64 year, qint64 month, qint64 day, qint64 hour, qint64 minute, qi
 void Date::normalise(qint64 year, qint64 month, qint64 day, qint64 hour, qint64 minute,
                      qint64 second)
 {
-    // Carry from the smallest unit up. Every remainder is in its range afterwards, so only
-    // the day and the year can still be large; a saturated sum is far beyond the range
-    // and is clamped below like any other.
-    minute = saturatingAdd(minute, floorDiv(second, 60));
-    second = floorMod(second, 60);
-    hour = saturatingAdd(hour, floorDiv(minute, 60));
-    minute = floorMod(minute, 60);
-    day = saturatingAdd(day, floorDiv(hour, 24));
-    hour = floorMod(hour, 24);
+    // Every unit below the month becomes whole days plus a rest within the day, and the
+    // days become whole 400-year cycles (which always have the same length) plus a rest.
+    // Each part is small, so the sums below cannot overflow, whatever the inputs.
+    qint64 cycles = 0;
+    qint64 days = 0;  // counted from "day 0" of the month
+    const auto addDays = [&](qint64 d) {
+        cycles += floorDiv(d, kDaysPer400Years);
+        days += floorMod(d, kDaysPer400Years);
+    };
+    addDays(day);
+    addDays(floorDiv(hour, 24));
+    addDays(floorDiv(minute, 24 * 60));
+    addDays(floorDiv(second, kSecondsPerDay));
+    qint64 rest = floorMod(hour, 24) * 3600 + floorMod(minute, 24 * 60) * 60
+                  + floorMod(second, kSecondsPerDay);
+    addDays(floorDiv(rest, kSecondsPerDay));
+    rest = floorMod(rest, kSecondsPerDay);
 
     // Month 0 is December of the year before: count months from 1, not 0.
     qint64 yearCarry = floorDiv(month, 12);
@@ -120,29 +128,23 @@ void Date::normalise(qint64 year, qint64 month, qint64 day, qint64 hour, qint64 
         month = 12;
         yearCarry -= 1;
     }
-    year = saturatingAdd(year, yearCarry);
+    // Only this sum can leave 64 bits, and then it is far beyond the range either way.
+    year = saturatingAdd(year, yearCarry + cycles * 400);
 
-    // A whole 400-year cycle always has the same number of days, so large day counts
-    // move into the year exactly, and what is left is under 400 years.
-    const qint64 cycles = floorDiv(day, kDaysPer400Years);
-    day = floorMod(day, kDaysPer400Years);  // 0..146096, counted from "day 0"
-    year = saturatingAdd(year, cycles * 400);
-
+    // The rest of the days is at most 5 cycles (2000 years).
     qint64 seconds;
     if (year > kMaxYear + 1)
         seconds = kMaxSeconds;
-    else if (year < kMinYear - 401)
+    else if (year < kMinYear - 2001)
         seconds = kMinSeconds;
     else
-        seconds = clampSeconds((daysFromCivil(year, month, 1) + day - 1) * kSecondsPerDay
-                               + hour * 3600 + minute * 60 + second);
+        seconds = clampSeconds((daysFromCivil(year, month, 1) + days - 1) * kSecondsPerDay + rest);
 
-    const qint64 days = floorDiv(seconds, kSecondsPerDay);
-    const qint64 rest = floorMod(seconds, kSecondsPerDay);
-    civilFromDays(days, year_, month_, day_);
-    hour_ = rest / 3600;
-    minute_ = rest / 60 % 60;
-    second_ = rest % 60;
+    civilFromDays(floorDiv(seconds, kSecondsPerDay), year_, month_, day_);
+    const qint64 timeOfDay = floorMod(seconds, kSecondsPerDay);
+    hour_ = timeOfDay / 3600;
+    minute_ = timeOfDay / 60 % 60;
+    second_ = timeOfDay % 60;
 }
 
 qint64 Date::Year() const { return year_; }
