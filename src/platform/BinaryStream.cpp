@@ -25,7 +25,7 @@ constexpr quint64 kMaxOffset = quint64(std::numeric_limits<qint64>::max());
 
 #ifdef _WIN32
 
-int openFile(const QString& path, bool write)
+int openFile(const QString& path, const QByteArray&, bool write)
 {
     const int fd = _wopen(reinterpret_cast<const wchar_t*>(path.utf16()),
                           (write ? _O_RDWR : _O_RDONLY) | _O_BINARY | _O_NOINHERIT);
@@ -58,11 +58,10 @@ void closeFile(int fd) { _close(fd); }
 
 #else
 
-int openFile(const QString& path, bool write)
+int openFile(const QString&, const QByteArray& native, bool write)
 {
-    if (path.isEmpty() || path.contains(QChar(0)))
+    if (native.isEmpty() || native.contains('\0'))
         return -1;
-    const QByteArray native = QFile::encodeName(path);
     // O_NONBLOCK: opening a FIFO must not wait for a writer; it is refused below anyway.
     const int flags = (write ? O_RDWR : O_RDONLY) | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
     int fd;
@@ -104,7 +103,16 @@ void closeFile(int fd) { ::close(fd); }
 
 Handle<BinaryStream> BinaryStream::open(const QString& path, bool write)
 {
-    const int fd = openFile(path, write);
+#ifdef _WIN32
+    return openEncoded(path, QByteArray(), write);
+#else
+    return openEncoded(path, QFile::encodeName(path), write);
+#endif
+}
+
+Handle<BinaryStream> BinaryStream::openEncoded(const QString& path, const QByteArray& encoded, bool write)
+{
+    const int fd = openFile(path, encoded, write);
     if (fd < 0)
         return Handle<BinaryStream>();
     return Handle<BinaryStream>(std::make_shared<BinaryStream>(Token{}, fd, write));

@@ -35,6 +35,8 @@ public:
     void Close();
 
 private:
+    friend class FolderItem;  // opens by the path it has encoded already
+    static Handle<BinaryStream> openEncoded(const QString& path, const QByteArray& encoded, bool write);
     struct Token {};  // only open() makes streams
 
 public:
@@ -48,10 +50,10 @@ private:
     qint64 fileSize() const;  // the current size, -1 if it cannot be had
 
     // The reader reads the first 256 bytes, then directories and small values that lie
-    // close together near the start: one aligned window of the file serves them all with
-    // a single read. Larger reads go to the file directly. Writes go straight through to
+    // close together near the start: one aligned window of the file, a page, serves them
+    // all with a single read. Larger reads go to the file directly. Writes go straight through to
     // the file and are copied into the window, so the file is always the authority.
-    static constexpr qint64 kWindow = 8192;
+    static constexpr qint64 kWindow = 4096;
 
     int fd_ = -1;
     bool writable_ = false;

@@ -31,10 +31,15 @@ QString normalized(const QString& path)
 #else
     if (!QDir::isAbsolutePath(path))
         return QDir::cleanPath(QDir::current().absoluteFilePath(path));
-    const bool clean = !path.contains(QLatin1String("//")) && !path.contains(QLatin1String("/./"))
-                       && !path.contains(QLatin1String("/../")) && !path.endsWith(QLatin1String("/."))
-                       && !path.endsWith(QLatin1String("/..")) && (path.size() == 1 || !path.endsWith(u'/'));
-    return clean ? path : QDir::cleanPath(path);
+    // Clean unless some slash is followed by a slash, "." or the end (the root aside).
+    const qsizetype n = path.size();
+    for (qsizetype i = 0; i < n; ++i) {
+        if (path[i] != u'/')
+            continue;
+        if (i + 1 == n ? n > 1 : path[i + 1] == u'/' || path[i + 1] == u'.')
+            return QDir::cleanPath(path);
+    }
+    return path;
 #endif
 }
 
@@ -218,7 +223,7 @@ bool FolderItem::setModificationDate(const Date& d) const
 
 Handle<BinaryStream> FolderItem::OpenAsBinaryFile(bool write) const
 {
-    return BinaryStream::open(checked(), write);
+    return BinaryStream::openEncoded(checked(), native_, write);
 }
 
 QImage FolderItem::OpenAsPicture() const

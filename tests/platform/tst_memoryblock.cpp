@@ -3,135 +3,101 @@
 
 #include <QtTest>
 
-#include <limits>
+struct NumberCase {
+    bool littleEndian;
+    char accessor;  // 'U' UInt16Value, 'u' UShort, 's' Short, 'l' Long
+    qint64 offset;
+    qint64 expected;  // ignored when the access throws
+    bool throws = false;
+};
+struct StringCase {
+    qint64 size, offset, length;
+    QByteArray bytes;
+    QByteArray expected;  // the whole block, which held 0xAA bytes; empty: the set throws
+};
+Q_DECLARE_METATYPE(NumberCase)
+Q_DECLARE_METATYPE(StringCase)
 
 class TestMemoryBlock : public QObject {
     Q_OBJECT
 private slots:
     void numbers_data();
     void numbers();
-    void bounds_data();
-    void bounds();
     void stringValue_data();
     void stringValue();
 };
 
-namespace {
-// Reads one number with the accessor named, as a signed value for comparison.
-qint64 readAs(const MemoryBlock& mb, const QByteArray& accessor, qint64 offset)
-{
-    if (accessor == "UInt16Value") return mb.UInt16Value(offset);
-    if (accessor == "UShort") return mb.UShort(offset);
-    if (accessor == "Short") return mb.Short(offset);
-    if (accessor == "Long") return mb.Long(offset);
-    if (accessor == "StringValue4") return mb.StringValue(offset, 4).size();
-    qFatal("unknown accessor");
-}
-}  // namespace
-
 void TestMemoryBlock::numbers_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<bool>("littleEndian");
-    QTest::addColumn<QByteArray>("accessor");
-    QTest::addColumn<qint64>("offset");
-    QTest::addColumn<qint64>("expected");
-
-    const QByteArray b = QByteArray::fromHex("0102fffe80000001");
-    QTest::newRow("UInt16 big-endian") << b << false << QByteArray("UInt16Value") << 0LL << 0x0102LL;
-    QTest::newRow("UInt16 little-endian") << b << true << QByteArray("UInt16Value") << 0LL << 0x0201LL;
-    QTest::newRow("UShort keeps the high bit") << b << false << QByteArray("UShort") << 2LL << 0xfffeLL;
-    QTest::newRow("Short negative big-endian") << b << false << QByteArray("Short") << 2LL << -2LL;
-    QTest::newRow("Short negative little-endian") << b << true << QByteArray("Short") << 2LL << -257LL;
-    QTest::newRow("Long big-endian") << b << false << QByteArray("Long") << 0LL << 0x0102fffeLL;
-    QTest::newRow("Long little-endian") << b << true << QByteArray("Long") << 0LL << qint64(qint32(0xfeff0201));
-    QTest::newRow("Long minimum") << b << false << QByteArray("Long") << 4LL << qint64(std::numeric_limits<qint32>::min()) + 1;
-    QTest::newRow("Long at the last offset") << b << true << QByteArray("Long") << 4LL << 0x01000080LL;
-    QTest::newRow("Long at an odd offset") << b << false << QByteArray("Long") << 1LL << qint64(qint32(0x02fffe80));
+    QTest::addColumn<NumberCase>("c");
+    const qint64 max = std::numeric_limits<qint64>::max();
+    // The block holds 01 02 FF FE 80 00 00 01.
+    QTest::newRow("UInt16 big-endian") << NumberCase{false, 'U', 0, 0x0102};
+    QTest::newRow("UInt16 little-endian") << NumberCase{true, 'U', 0, 0x0201};
+    QTest::newRow("UShort keeps the high bit") << NumberCase{false, 'u', 2, 0xfffe};
+    QTest::newRow("Short negative big-endian") << NumberCase{false, 's', 2, -2};
+    QTest::newRow("Short negative little-endian") << NumberCase{true, 's', 2, -257};
+    QTest::newRow("Long big-endian, odd offset") << NumberCase{false, 'l', 1, 0x02fffe80};
+    QTest::newRow("Long little-endian") << NumberCase{true, 'l', 0, qint32(0xfeff0201)};
+    QTest::newRow("Long near the minimum, last offset") << NumberCase{false, 'l', 4, -2147483647};
+    QTest::newRow("Long one byte past the end") << NumberCase{false, 'l', 5, 0, true};
+    QTest::newRow("Short at the end") << NumberCase{false, 's', 8, 0, true};
+    QTest::newRow("UInt16 at offset -1") << NumberCase{false, 'U', -1, 0, true};
+    QTest::newRow("Long where offset + 4 wraps") << NumberCase{false, 'l', max - 1, 0, true};
 }
 
 void TestMemoryBlock::numbers()
 {
-    QFETCH(QByteArray, bytes);
-    QFETCH(bool, littleEndian);
-    QFETCH(QByteArray, accessor);
-    QFETCH(qint64, offset);
-    QFETCH(qint64, expected);
-
-    MemoryBlock mb(bytes.size());
+    QFETCH(NumberCase, c);
+    MemoryBlock mb(8);
     QVERIFY(!mb.LittleEndian());  // big-endian unless asked
-    mb.setLittleEndian(littleEndian);
-    mb.setStringValue(0, bytes.size(), bytes);
-    QCOMPARE(readAs(mb, accessor, offset), expected);
-}
-
-void TestMemoryBlock::bounds_data()
-{
-    QTest::addColumn<qint64>("size");
-    QTest::addColumn<QByteArray>("accessor");
-    QTest::addColumn<qint64>("offset");
-    QTest::addColumn<bool>("throws");
-
-    constexpr qint64 max = std::numeric_limits<qint64>::max();
-    QTest::newRow("Long wholly inside") << 8LL << QByteArray("Long") << 4LL << false;
-    QTest::newRow("Long one byte past the end") << 8LL << QByteArray("Long") << 5LL << true;
-    QTest::newRow("Short at the end") << 8LL << QByteArray("Short") << 8LL << true;
-    QTest::newRow("UInt16 at offset -1") << 8LL << QByteArray("UInt16Value") << -1LL << true;
-    QTest::newRow("Long at an offset that wraps a sum") << 8LL << QByteArray("Long") << max - 1 << true;
-    QTest::newRow("Long in a block of 3") << 3LL << QByteArray("Long") << 0LL << true;
-    QTest::newRow("anything in a negative-size block") << -5LL << QByteArray("UShort") << 0LL << true;
-    QTest::newRow("StringValue wholly inside") << 4LL << QByteArray("StringValue4") << 0LL << false;
-    QTest::newRow("StringValue wrapping") << 4LL << QByteArray("StringValue4") << max << true;
-}
-
-void TestMemoryBlock::bounds()
-{
-    QFETCH(qint64, size);
-    QFETCH(QByteArray, accessor);
-    QFETCH(qint64, offset);
-    QFETCH(bool, throws);
-
-    MemoryBlock mb(size);
-    QCOMPARE(mb.Size(), qMax<qint64>(size, 0));
-    if (throws)
-        QVERIFY_THROWS_EXCEPTION(OutOfBoundsException, readAs(mb, accessor, offset));
+    mb.setLittleEndian(c.littleEndian);
+    mb.setStringValue(0, 8, QByteArray::fromHex("0102fffe80000001"));
+    const auto read = [&]() -> qint64 {
+        switch (c.accessor) {
+        case 'U': return mb.UInt16Value(c.offset);
+        case 'u': return mb.UShort(c.offset);
+        case 's': return mb.Short(c.offset);
+        default: return mb.Long(c.offset);
+        }
+    };
+    if (c.throws)
+        QVERIFY_THROWS_EXCEPTION(OutOfBoundsException, read());
     else
-        readAs(mb, accessor, offset);
+        QCOMPARE(read(), c.expected);
 }
 
 void TestMemoryBlock::stringValue_data()
 {
-    QTest::addColumn<qint64>("offset");
-    QTest::addColumn<qint64>("length");
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QByteArray>("expected");  // the whole 8-byte block, which started as all 0xAA; empty: throws
-
-    QTest::newRow("exact") << 2LL << 3LL << QByteArray("abc") << QByteArray("\xaa\xaa" "abc\xaa\xaa\xaa");
-    QTest::newRow("short string leaves the rest zero") << 2LL << 4LL << QByteArray("ab")
-                                                       << QByteArray("\xaa\xaa" "ab\0\0\xaa\xaa", 8);
-    QTest::newRow("empty string zeroes the range") << 0LL << 8LL << QByteArray() << QByteArray(8, '\0');
-    QTest::newRow("long string is cut") << 6LL << 2LL << QByteArray("xyz") << QByteArray("\xaa\xaa\xaa\xaa\xaa\xaa" "xy");
-    QTest::newRow("empty range at the end") << 8LL << 0LL << QByteArray("x") << QByteArray(8, '\xaa');
-    QTest::newRow("range past the end changes nothing") << 6LL << 3LL << QByteArray("xyz") << QByteArray();
-    QTest::newRow("negative length") << 0LL << -1LL << QByteArray("x") << QByteArray();
+    QTest::addColumn<StringCase>("c");
+    const QByteArray aa(6, '\xaa');
+    QTest::newRow("exact") << StringCase{8, 2, 3, "abc", "\xaa\xaa" "abc\xaa\xaa\xaa"};
+    QTest::newRow("short string leaves the rest zero")
+        << StringCase{8, 2, 4, "ab", QByteArray("\xaa\xaa" "ab\0\0\xaa\xaa", 8)};
+    QTest::newRow("long string is cut") << StringCase{8, 6, 2, "xyz", aa + "xy"};
+    QTest::newRow("small block") << StringCase{4, 0, 4, "II*", QByteArray("II*\0", 4)};
+    QTest::newRow("largest directory block") << StringCase{786424, 786420, 4, "end!", QByteArray(786420, '\xaa') + "end!"};
+    QTest::newRow("empty range at the end") << StringCase{8, 8, 0, "x", aa + "\xaa\xaa"};
+    QTest::newRow("range past the end") << StringCase{8, 6, 3, "xyz", {}};
+    QTest::newRow("negative length") << StringCase{8, 0, -1, "x", {}};
+    QTest::newRow("negative size gives an empty block") << StringCase{-5, 0, 1, "x", {}};
 }
 
 void TestMemoryBlock::stringValue()
 {
-    QFETCH(qint64, offset);
-    QFETCH(qint64, length);
-    QFETCH(QByteArray, bytes);
-    QFETCH(QByteArray, expected);
-
-    MemoryBlock mb(8);
-    QCOMPARE(mb.StringValue(0, 8), QByteArray(8, '\0'));  // zero-filled when made
-    mb.setStringValue(0, 8, QByteArray(8, '\xaa'));
-    if (expected.isEmpty()) {
-        QVERIFY_THROWS_EXCEPTION(OutOfBoundsException, mb.setStringValue(offset, length, bytes));
-        QCOMPARE(mb.StringValue(0, 8), QByteArray(8, '\xaa'));
+    QFETCH(StringCase, c);
+    MemoryBlock mb(c.size);
+    const qint64 n = mb.Size();
+    QCOMPARE(n, qMax(c.size, 0LL));
+    QCOMPARE(mb.StringValue(0, n), QByteArray(n, '\0'));  // zero-filled when made
+    mb.setStringValue(0, n, QByteArray(n, '\xaa'));
+    if (c.expected.isEmpty()) {
+        QVERIFY_THROWS_EXCEPTION(OutOfBoundsException, mb.setStringValue(c.offset, c.length, c.bytes));
+        QVERIFY_THROWS_EXCEPTION(OutOfBoundsException, mb.StringValue(c.offset, c.length));
+        QCOMPARE(mb.StringValue(0, n), QByteArray(n, '\xaa'));
     } else {
-        mb.setStringValue(offset, length, bytes);
-        QCOMPARE(mb.StringValue(0, 8), expected);
+        mb.setStringValue(c.offset, c.length, c.bytes);
+        QCOMPARE(mb.StringValue(0, n), c.expected);
     }
 }
 
