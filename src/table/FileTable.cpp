@@ -3,3 +3,5 @@
 // Placeholder until the subsystem lands its handlers.
 void Window1::bindTableHandlers() {}
 void Window1::openTableControls() {}
+void Window1::addFileToTable(const FolderItem&) {}
+void Window1::clearTables() {}

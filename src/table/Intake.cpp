@@ -1,4 +1,105 @@
+// How files enter the table: dropped on the window (replacing the list, sorted once at the
+// end) or handed over as documents (appended; see App). OnlyPicture prunes what no
+// picture can be opened from.
+
 #include "shell/Window1.h"
 
-// Placeholder until the subsystem lands its handlers.
-void Window1::bindIntakeHandlers() {}
+#include <QCheckBox>
+#include <QDragEnterEvent>
+#include <QDragLeaveEvent>
+#include <QDropEvent>
+#include <QMimeData>
+
+#include "platform/DragItem.h"
+#include "platform/HandlerGuard.h"
+#include "platform/Listbox.h"
+#include "platform/OneShotTimer.h"
+#include "platform/Shapes.h"
+
+void Window1::bindIntakeHandlers()
+{
+    connect(OnlyPicture, &QCheckBox::toggled, this, [this] { guard("OnlyPicture.Action", [this] { OnlyPicture_Action(); }); });
+    connect(Timer4, &OneShotTimer::Action, this, [this] { guard("Timer4.Action", [this] { Timer4_Action(); }); });
+    connect(Timer5, &OneShotTimer::Action, this, [this] { guard("Timer5.Action", [this] { Timer5_Action(); }); });
+}
+
+// Every drag is let in, whatever it holds; the drop decides.
+void Window1::dragEnterEvent(QDragEnterEvent* e)
+{
+    e->acceptProposedAction();
+    guard("Window1.DragEnter", [this] { Event_DragEnter(); });
+}
+
+void Window1::dragLeaveEvent(QDragLeaveEvent* e)
+{
+    e->accept();
+    guard("Window1.DragExit", [this] { Event_DragExit(); });
+}
+
+void Window1::dropEvent(QDropEvent* e)
+{
+    e->acceptProposedAction();
+    DragItem obj(e->mimeData());
+    const int action = int(e->dropAction());
+    guard("Window1.DropObject", [&] { Event_DropObject(obj, action); });
+}
+
+void Window1::Event_DragEnter()
+{
+    Winback->setVisible(true);
+}
+
+void Window1::Event_DragExit()
+{
+    Winback->setVisible(false);
+}
+
+void Window1::Event_DropObject(DragItem& obj, int /*action*/)
+{
+    Winback->setVisible(false);
+    if (!obj.FolderItemAvailable())
+        return;  // text and the like: the list stays as it was
+
+    // A drop replaces the list, even if nothing of it gets in.
+    clearTables();
+    do {
+        addFileToTable(obj.folderItem());
+    } while (obj.NextItem());
+
+    // Sorted once, as a whole: addFileToTable counts on its row being the last.
+    if (ListBox1->ListCount() > 0) {
+        ListBox1->Sort();
+        ListBox1->setListIndex(0);
+    }
+}
+
+// Hidden until the pruning walk is over, so that no second walk can be asked for.
+void Window1::OnlyPicture_Action()
+{
+    OnlyPicture->setVisible(false);
+    Timer5->setMode(1);
+}
+
+// Once, after the launch's documents: they are sorted together and the first selected.
+void Window1::Timer4_Action()
+{
+    if (ListBox1->ListCount() > 0) {
+        ListBox1->Sort();
+        ListBox1->setListIndex(0);
+    }
+}
+
+// With OnlyPicture ticked, removes the rows whose file gives no picture. Backwards, so
+// that a removal shifts no row still to be tested. Unticking removes nothing and brings
+// nothing back.
+void Window1::Timer5_Action()
+{
+    if (OnlyPicture->isChecked()) {
+        for (int row = ListBox1->ListCount() - 1; row >= 0; --row) {
+            const FolderItem f = ListBox1->CellTag(row, 0).value<FolderItem>();
+            if (f.OpenAsPicture().isNull())
+                ListBox1->RemoveRow(row);
+        }
+    }
+    OnlyPicture->setVisible(true);
+}
