@@ -1,7 +1,13 @@
-#include <QApplication>
+#include "shell/App.h"
+#include "shell/Window1.h"
 
 int main(int argc, char** argv)
 {
-    QApplication app(argc, argv);
-    return 0;
+    App app(argc, argv);
+    if (!app.start(app.launchDocuments()))
+        return 0;  // the running copy has taken the documents
+    const int status = app.exec();
+    if (Window1::exists())
+        delete Window1::instance();
+    return status;
 }

@@ -1,0 +1,47 @@
+#pragma once
+#include <QApplication>
+#include <QString>
+#include <QStringList>
+
+#include "platform/DocumentChannel.h"
+#include "platform/FolderItem.h"
+
+// The application object: its version data, the end of the program with its last window,
+// and the documents that the desktop hands over, at launch and later.
+class App : public QApplication {
+    Q_OBJECT
+public:
+    App(int& argc, char** argv);
+
+    static constexpr int MajorVersion = 1;
+    static constexpr int MinorVersion = 1;
+    static constexpr int BugVersion = 1;
+    static constexpr int NonReleaseVersion = 19;
+    static constexpr int StageCode = 2;
+    static QString ShortVersion() { return QStringLiteral("1.1.1"); }
+    static QString LongVersion() { return QStringLiteral("Velkaro 1.1.1, copyright the Velkaro developers"); }
+
+    bool AutoQuit() const;
+    void setAutoQuit(bool autoQuit);
+
+    void Event_Open();
+    // Appends the item to the table of the one window, which is made if there is none yet.
+    // Clears nothing, sorts nothing, selects nothing.
+    void Event_OpenDocument(const FolderItem& item);
+
+    // The files named on the command line, as absolute paths.
+    QStringList launchDocuments() const;
+
+    // Brings the program up with the launch's documents: hands them to the copy that runs
+    // already and answers false (this process is to end), or makes the window, appends them
+    // and listens for later launches.
+    bool start(const QStringList& documents, const QString& channelName = DocumentChannel::userChannelName());
+
+protected:
+    bool event(QEvent* e) override;
+
+private:
+    void openDocuments(const QStringList& paths);
+
+    DocumentChannel* channel_ = nullptr;
+};
