@@ -228,7 +228,14 @@ Handle<BinaryStream> FolderItem::OpenAsBinaryFile(bool write) const
 
 QImage FolderItem::OpenAsPicture() const
 {
-    QImageReader reader(checked());
+    checked();
+#if !defined(_WIN32)
+    // Only a regular file can hold a picture; opening a FIFO would wait for a writer.
+    struct stat st;
+    if (::stat(native_.constData(), &st) != 0 || !S_ISREG(st.st_mode))
+        return QImage();
+#endif
+    QImageReader reader(path_);
     // The picture as stored: the preview reads the orientation itself.
     reader.setAutoTransform(false);
     return reader.read();

@@ -24,15 +24,6 @@ private:
     QTemporaryDir dir_{QDir::currentPath() + "/folderitem-XXXXXX"};
 };
 
-namespace {
-timespec accessTime(const QString& path)
-{
-    struct stat st = {};
-    ::stat(QFile::encodeName(path).constData(), &st);
-    return st.st_atim;
-}
-}  // namespace
-
 void TestFolderItem::initTestCase()
 {
     qputenv("TZ", "Europe/Berlin");  // a zone with daylight saving
@@ -88,7 +79,6 @@ void TestFolderItem::modificationDate_data()
 
     QTest::newRow("file, winter time") << false << Date(2001, 2, 3, 4, 5, 6);
     QTest::newRow("file, summer time") << false << Date(2019, 7, 31, 23, 59, 59);
-    QTest::newRow("file, leap day") << false << Date(2024, 2, 29, 12, 0, 0);
     QTest::newRow("file, before 1970") << false << Date(1969, 12, 31, 22, 0, 1);
     QTest::newRow("folder") << true << Date(2010, 10, 10, 10, 10, 10);
 }
@@ -108,7 +98,7 @@ void TestFolderItem::modificationDate()
     QCOMPARE(f.ModificationDate().SQLDateTime(), date.SQLDateTime());
     QCOMPARE(QFileInfo(path).lastModified(), QDateTime(QDate(int(date.Year()), int(date.Month()), int(date.Day())),
                                                        QTime(int(date.Hour()), int(date.Minute()), int(date.Second()))));
-    QCOMPARE(accessTime(path).tv_sec, atime[0].tv_sec);  // kept
+    QCOMPARE(QFileInfo(path).lastRead().toSecsSinceEpoch(), atime[0].tv_sec);  // kept
 }
 
 void TestFolderItem::creationDate()
@@ -143,7 +133,7 @@ void TestFolderItem::gone()
 void TestFolderItem::openings_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("bytes");  // empty: a folder
+    QTest::addColumn<QByteArray>("bytes");  // empty: a folder; "fifo": a FIFO
     QTest::addColumn<bool>("stream");
     QTest::addColumn<QSize>("picture");
 
@@ -154,6 +144,7 @@ void TestFolderItem::openings_data()
     QTest::newRow("picture with a wrong suffix") << "b.jpg" << png << true << QSize(7, 5);
     QTest::newRow("text") << "c.png" << QByteArray("not a picture") << true << QSize(0, 0);
     QTest::newRow("folder") << "d.png" << QByteArray() << false << QSize(0, 0);
+    QTest::newRow("fifo, which no open may wait for") << "e.png" << QByteArray("fifo") << false << QSize(0, 0);
 }
 
 void TestFolderItem::openings()
@@ -164,7 +155,10 @@ void TestFolderItem::openings()
     QFETCH(QSize, picture);
 
     QFile file(dir_.filePath(name));
-    QVERIFY(bytes.isEmpty() ? QDir().mkpath(file.fileName()) : file.open(QIODevice::WriteOnly) && file.write(bytes));
+    if (bytes == "fifo")
+        QCOMPARE(::mkfifo(QFile::encodeName(file.fileName()).constData(), 0600), 0);
+    else
+        QVERIFY(bytes.isEmpty() ? QDir().mkpath(file.fileName()) : file.open(QIODevice::WriteOnly) && file.write(bytes));
     file.close();
     const FolderItem f(file.fileName());
     QCOMPARE(f.Directory(), bytes.isEmpty());
