@@ -93,7 +93,7 @@ private slots:
         QTest::newRow("a year of 20 digits") << 4 << "99999999999999999999:01:01 00:00:00" << adds() << nil;
         QTest::newRow("1e308 days") << 4 << "2021:05:06 07:08:09" << adds({{2, "1e308"}}) << nil;
         QTest::newRow("-1e400 years") << 4 << "2021:05:06 07:08:09" << adds({{0, "-1e400"}}) << nil;
-        QTest::newRow("hexadecimal seconds") << 4 << "2021:05:06 07:08:09" << adds({{5, "&hFFFFFFFFFFFFFFFF"}}) << nil;
+        QTest::newRow("largest hexadecimal seconds") << 4 << "2021:05:06 07:08:09" << adds({{5, "&h7FFFFFFFFFFFFFFF"}}) << nil;
     }
     // The display shows the result's fields, zero-padded, or six blanks.
     void computation()
