@@ -62,6 +62,7 @@ private slots:
         w = std::make_unique<Window1>();
         w->show();
         QVERIFY(QTest::qWaitForWindowExposed(w.get()));
+        QTRY_COMPARE(w->Timer4->Mode(), 0);  // the opening's sort has passed
     }
     void cleanup() { w.reset(); }
 

@@ -12,6 +12,7 @@
 
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
+#include "platform/OneShotTimer.h"
 #include "shell/Window1.h"
 
 class TestAddValues : public QObject {
@@ -36,6 +37,7 @@ private slots:
         w->ListBox1->setCellTag(0, 0, QVariant::fromValue(FolderItem(QStringLiteral("/tmp/f.jpg"))));
         w->show();
         QVERIFY(QTest::qWaitForWindowActive(w.get()));
+        QTRY_COMPARE(w->Timer4->Mode(), 0);  // the opening's sort has passed
         w->ListBox1->setListIndex(0);
     }
     // The window goes while a field holds the focus, as when the program is closed.

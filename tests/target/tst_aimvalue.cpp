@@ -12,6 +12,7 @@
 
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
+#include "platform/OneShotTimer.h"
 #include "shell/Window1.h"
 
 namespace {
@@ -138,6 +139,7 @@ private slots:
     {
         w->show();
         QVERIFY(QTest::qWaitForWindowExposed(w.get()));
+        QTRY_COMPARE(w->Timer4->Mode(), 0);  // the opening's sort has passed
         QCOMPARE(w->baseChoice, 4);
         addRow(2, QStringLiteral("2019-01-02 03:04:05"));
         w->ListBox1->setCell(0, 4, kNoExif);
