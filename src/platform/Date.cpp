@@ -163,17 +163,36 @@ void Date::setSecond(qint64 v) { normalise(year_, month_, day_, hour_, minute_, 
 
 QString Date::SQLDateTime() const
 {
-    // A negative year keeps four digits after its sign, so that it never passes for a
-    // 19-character date.
-    const QString year = year_ < 0 ? QStringLiteral("-%1").arg(-year_, 4, 10, QLatin1Char('0'))
-                                   : QStringLiteral("%1").arg(year_, 4, 10, QLatin1Char('0'));
-    return QStringLiteral("%1-%2-%3 %4:%5:%6")
-        .arg(year)
-        .arg(month_, 2, 10, QLatin1Char('0'))
-        .arg(day_, 2, 10, QLatin1Char('0'))
-        .arg(hour_, 2, 10, QLatin1Char('0'))
-        .arg(minute_, 2, 10, QLatin1Char('0'))
-        .arg(second_, 2, 10, QLatin1Char('0'));
+    // Written into a fixed buffer: the intake asks for two of these per file. A negative
+    // year keeps four digits after its sign, so that it never passes for a 19-character date.
+    char16_t buf[40];
+    int n = 0;
+    auto put = [&](qint64 v, int width) {
+        char16_t digits[20];
+        int k = 0;
+        do {
+            digits[k++] = char16_t(u'0' + v % 10);
+            v /= 10;
+        } while (v > 0);
+        for (int i = k; i < width; ++i)
+            buf[n++] = u'0';
+        while (k > 0)
+            buf[n++] = digits[--k];
+    };
+    if (year_ < 0)
+        buf[n++] = u'-';
+    put(year_ < 0 ? -year_ : year_, 4);
+    buf[n++] = u'-';
+    put(month_, 2);
+    buf[n++] = u'-';
+    put(day_, 2);
+    buf[n++] = u' ';
+    put(hour_, 2);
+    buf[n++] = u':';
+    put(minute_, 2);
+    buf[n++] = u':';
+    put(second_, 2);
+    return QString(reinterpret_cast<const QChar*>(buf), n);
 }
 
 Date Date::fromUnixTime(qint64 secondsSinceEpoch, qint64 nanoseconds)
