@@ -334,6 +334,11 @@ void Listbox::changeRows(F&& change)
 {
     const bool nested = changingRows_;
     changingRows_ = true;
+    struct Restore {
+        bool& flag;
+        bool value;
+        ~Restore() { flag = value; }
+    } restore{changingRows_, nested};
     std::forward<F>(change)();
     changingRows_ = nested;
     if (!nested && changePending_) {

@@ -59,6 +59,7 @@ void ListboxModel::setColumns(int columns)
     columns = std::clamp(columns, 1, kMaxColumns);
     if (columns == columns_)
         return;
+    flushChanges();
     beginResetModel();
     const int kept = std::min(columns, columns_);
     for (Row& row : rows_) {
@@ -106,6 +107,7 @@ void ListboxModel::appendRow(const QString& column0)
 
 void ListboxModel::removeRowAt(int row)
 {
+    flushChanges();
     beginRemoveRows(QModelIndex(), row, row);
     rows_.erase(rows_.begin() + row);
     endRemoveRows();
@@ -115,6 +117,7 @@ void ListboxModel::clear()
 {
     if (rows_.empty())
         return;
+    flushChanges();
     beginResetModel();
     rows_.clear();
     endResetModel();
@@ -126,8 +129,7 @@ void ListboxModel::setText(int row, int column, const QString& text)
     if (cell == text)
         return;
     cell = text;
-    const QModelIndex at = index(row, column);
-    emit dataChanged(at, at, {Qt::DisplayRole});
+    noteChange(row, column);
 }
 
 void ListboxModel::setCheck(int row, int column, bool checked)
@@ -138,8 +140,33 @@ void ListboxModel::setCheck(int row, int column, bool checked)
     if (next == checks)
         return;
     checks = next;
-    const QModelIndex at = index(row, column);
-    emit dataChanged(at, at, {Qt::CheckStateRole});
+    noteChange(row, column);
+}
+
+void ListboxModel::noteChange(int row, int column)
+{
+    if (pending_.isEmpty()) {
+        pending_ = {row, row, column, column};
+    } else {
+        pending_.top = std::min(pending_.top, row);
+        pending_.bottom = std::max(pending_.bottom, row);
+        pending_.left = std::min(pending_.left, column);
+        pending_.right = std::max(pending_.right, column);
+    }
+    if (!flushQueued_) {
+        flushQueued_ = true;
+        QMetaObject::invokeMethod(this, &ListboxModel::flushChanges, Qt::QueuedConnection);
+    }
+}
+
+void ListboxModel::flushChanges()
+{
+    flushQueued_ = false;
+    if (pending_.isEmpty())
+        return;
+    const Pending p = pending_;
+    pending_ = {};
+    emit dataChanged(index(p.top, p.left), index(p.bottom, p.right), {Qt::DisplayRole, Qt::CheckStateRole});
 }
 
 QVariant ListboxModel::tag(int row, int column) const
@@ -162,6 +189,7 @@ void ListboxModel::sortByColumn(int column, bool descending)
     const size_t n = rows_.size();
     if (n < 2)
         return;
+    flushChanges();
     std::vector<int> order(n);  // order[newRow] = oldRow
     std::iota(order.begin(), order.end(), 0);
     const size_t c = size_t(column);
