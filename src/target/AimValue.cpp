@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QStringList>
 
+#include "platform/Canvas.h"
 #include "platform/Convert.h"
 #include "platform/Exceptions.h"
 #include "platform/Listbox.h"
@@ -131,7 +132,8 @@ void Window1::clearAimValue()
 
 void Window1::ListBox1_Change()
 {
-    // PREVIEW: Canvas1's backdrop is emptied here, before anything else.
+    // A file that can't be shown leaves the pane empty, not with the former picture.
+    Canvas1->setBackdrop(QImage());
     const int row = ListBox1->ListIndex();
     if (row < 0) {
         clearAimValue();
@@ -141,5 +143,5 @@ void Window1::ListBox1_Change()
     if (tag.metaType() != QMetaType::fromType<FolderItem>() || tag.value<FolderItem>().isNil())
         return;  // not a file: the display keeps what it shows
     changeAimValue();
-    // PREVIEW: drawCanvas(row) comes here, after the aim value.
+    drawCanvas(row);
 }

@@ -4,6 +4,7 @@
 #include <QtTest>
 
 #include "platform/Listbox.h"
+#include "platform/OneShotTimer.h"
 #include "shell/Window1.h"
 
 class TestHoverTag : public QObject {
@@ -69,6 +70,7 @@ private slots:
         Window1 w;
         w.show();
         QVERIFY(QTest::qWaitForWindowExposed(&w));
+        QTRY_COMPARE(w.Timer4->Mode(), 0);  // the opening's sort has passed
         QCOMPARE(w.ListBox1->width(), 830);
         fill(w, rows);
         w.ListBox1->setScrollPosition(scroll);
@@ -95,9 +97,10 @@ private slots:
     void realMoves()
     {
         Window1 w;
-        fill(w, 3);
         w.show();
         QVERIFY(QTest::qWaitForWindowExposed(&w));
+        QTRY_COMPARE(w.Timer4->Mode(), 0);
+        fill(w, 3);
         QWidget* view = w.ListBox1->viewport();
         const QPoint header = view->mapTo(w.ListBox1, QPoint(0, 0));
         auto moveTo = [&](QPoint inTable) { QTest::mouseMove(view, inTable - header); };

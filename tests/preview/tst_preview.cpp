@@ -8,6 +8,7 @@
 
 #include "platform/Canvas.h"
 #include "platform/Listbox.h"
+#include "platform/OneShotTimer.h"
 #include "platform/ScaledPicture.h"
 #include "shell/Window1.h"
 
@@ -185,6 +186,29 @@ private slots:
         Window1 win;
         win.drawCanvas(addRow(win, file));
         QCOMPARE(!win.Canvas1->Backdrop().isNull(), shows);
+    }
+
+    // Selecting a row shows its picture; moving on to a file without one empties the pane.
+    void selectionChange()
+    {
+        const QString picture = path(QStringLiteral("picture.png"));
+        const QString text = path(QStringLiteral("notes.txt"));
+        QVERIFY(solid(40, 30, Qt::red).save(picture));
+        QFile f(text);
+        QVERIFY(f.open(QIODevice::WriteOnly) && f.write("words") == 5);
+        f.close();
+        Window1 win;
+        QTRY_COMPARE(win.Timer4->Mode(), 0);  // the opening's sort has passed
+        addRow(win, picture);
+        addRow(win, text);
+        win.ListBox1->setListIndex(0);
+        QVERIFY(!win.Canvas1->Backdrop().isNull());
+        win.ListBox1->setListIndex(1);
+        QVERIFY(win.Canvas1->Backdrop().isNull());
+        win.ListBox1->setListIndex(0);
+        QVERIFY(!win.Canvas1->Backdrop().isNull());
+        win.ListBox1->setListIndex(-1);
+        QVERIFY(win.Canvas1->Backdrop().isNull());
     }
 
     void rowWithoutFileIsSkipped()
