@@ -1,4 +1,240 @@
+// The menu bar, its standard editing on the focused text field, and the About command.
+
+#include "shell/MenuBar1.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QIcon>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QTextEdit>
+
+#include "platform/HandlerGuard.h"
+#include "shell/AboutWindow.h"
+#include "shell/Globals.h"
 #include "shell/Window1.h"
 
-// Placeholder until the subsystem lands its handlers.
-void Window1::bindMenu() {}
+namespace {
+
+enum class Edit { Undo, Redo, Cut, Copy, Paste, Clear };
+
+// What an item can do on a text widget, and doing it. A line edit's own signals carry an
+// edit on, so an add value changed from the menu hears of it as it would of typing.
+bool canEdit(Edit what, QWidget* w)
+{
+    const bool hasText = !QApplication::clipboard()->text().isEmpty();
+    if (auto* e = qobject_cast<QLineEdit*>(w)) {
+        const bool writable = !e->isReadOnly();
+        switch (what) {
+        case Edit::Undo: return writable && e->isUndoAvailable();
+        case Edit::Redo: return writable && e->isRedoAvailable();
+        case Edit::Cut: return writable && e->hasSelectedText() && e->echoMode() == QLineEdit::Normal;
+        case Edit::Copy: return e->hasSelectedText() && e->echoMode() == QLineEdit::Normal;
+        case Edit::Paste: return writable && hasText;
+        case Edit::Clear: return writable && e->hasSelectedText();
+        }
+    }
+    if (auto* t = qobject_cast<QPlainTextEdit*>(w)) {
+        const bool writable = !t->isReadOnly();
+        const bool selected = t->textCursor().hasSelection();
+        switch (what) {
+        case Edit::Undo: return writable && t->document()->isUndoAvailable();
+        case Edit::Redo: return writable && t->document()->isRedoAvailable();
+        case Edit::Cut: return writable && selected;
+        case Edit::Copy: return selected;
+        case Edit::Paste: return writable && hasText;
+        case Edit::Clear: return writable && selected;
+        }
+    }
+    if (auto* t = qobject_cast<QTextEdit*>(w)) {
+        const bool writable = !t->isReadOnly();
+        const bool selected = t->textCursor().hasSelection();
+        switch (what) {
+        case Edit::Undo: return writable && t->document()->isUndoAvailable();
+        case Edit::Redo: return writable && t->document()->isRedoAvailable();
+        case Edit::Cut: return writable && selected;
+        case Edit::Copy: return selected;
+        case Edit::Paste: return writable && hasText;
+        case Edit::Clear: return writable && selected;
+        }
+    }
+    return false;
+}
+
+template <class T>
+void editText(Edit what, T* t)
+{
+    switch (what) {
+    case Edit::Undo: t->undo(); break;
+    case Edit::Redo: t->redo(); break;
+    case Edit::Cut: t->cut(); break;
+    case Edit::Copy: t->copy(); break;
+    case Edit::Paste: t->paste(); break;
+    case Edit::Clear: t->textCursor().removeSelectedText(); break;
+    }
+}
+
+void edit(Edit what, QWidget* w)
+{
+    if (!canEdit(what, w))
+        return;
+    if (auto* e = qobject_cast<QLineEdit*>(w)) {
+        switch (what) {
+        case Edit::Undo: e->undo(); break;
+        case Edit::Redo: e->redo(); break;
+        case Edit::Cut: e->cut(); break;
+        case Edit::Copy: e->copy(); break;
+        case Edit::Paste: e->paste(); break;
+        case Edit::Clear: e->del(); break;
+        }
+    } else if (auto* t = qobject_cast<QPlainTextEdit*>(w)) {
+        editText(what, t);
+    } else if (auto* t = qobject_cast<QTextEdit*>(w)) {
+        editText(what, t);
+    }
+}
+
+// The text field that has the focus: in the active window, else in the window that shows
+// this menu bar.
+QWidget* focusedField(const QMenuBar* bar)
+{
+    if (QWidget* w = QApplication::focusWidget())
+        return w;
+    const QWidget* window = bar->window();
+    return window ? window->focusWidget() : nullptr;
+}
+
+QPointer<MenuBar1> theMenuBar;
+
+}  // namespace
+
+MenuBar1* MenuBar1::instance()
+{
+    if (!theMenuBar)
+        theMenuBar = new MenuBar1;
+    return theMenuBar;
+}
+
+MenuBar1::MenuBar1(QWidget* parent) : QMenuBar(parent)
+{
+    setObjectName(QStringLiteral("MenuBar1"));
+    Untitled0();
+    Untitled1();
+}
+
+void MenuBar1::Untitled0()
+{
+    QAction* quit = addItem(this, QStringLiteral("FileQuit"), Globals::kEditQuit(), QKeySequence(Qt::CTRL | Qt::Key_Q));
+    quit->setMenuRole(QAction::QuitRole);
+    connect(quit, &QAction::triggered, qApp, [] { guard("FileQuit", [] { QCoreApplication::quit(); }); });
+
+    QMenu* menu = addMenu(Globals::kEditMenu());
+    menu->setObjectName(QStringLiteral("EditMenu"));
+    menu->menuAction()->setObjectName(QStringLiteral("EditMenu"));
+    menu->menuAction()->setProperty("Index", 0);
+    connect(menu, &QMenu::aboutToShow, this, [this] { enableEditItems(true); });
+    // Closed again, the items wait for their shortcuts, which check for themselves.
+    connect(menu, &QMenu::aboutToHide, this, [this] { enableEditItems(false); });
+}
+
+void MenuBar1::Untitled1()
+{
+    struct Item {
+        const char* name;
+        QString caption;
+        QKeySequence shortcut;
+        int index;
+        Edit edit;
+    };
+    const Item items[] = {
+        {"EditUndo", Globals::kEditUndo(), QKeySequence::Undo, -1, Edit::Undo},
+        {"EditRedo", Globals::kEditRedo(), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), -1, Edit::Redo},
+        {"UntitledSeparator", {}, {}, 1, Edit::Undo},
+        {"EditCut", Globals::kEditCut(), QKeySequence::Cut, -1, Edit::Cut},
+        {"EditCopy", Globals::kEditCopy(), QKeySequence::Copy, -1, Edit::Copy},
+        {"EditPaste", Globals::kEditPaste(), QKeySequence::Paste, -1, Edit::Paste},
+        {"EditClear", Globals::kEditClear(), {}, -1, Edit::Clear},
+        {"UntitledSeparator", {}, {}, 2, Edit::Undo},
+    };
+    for (const Item& item : items) {
+        // Each item goes into the menu found again by its name.
+        QMenu* menu = EditMenu();
+        if (item.index > 0) {
+            addItem(menu, QString::fromLatin1(item.name), {}, {}, item.index)->setSeparator(true);
+            continue;
+        }
+        QAction* a = addItem(menu, QString::fromLatin1(item.name), item.caption, item.shortcut);
+        const Edit what = item.edit;
+        connect(a, &QAction::triggered, this,
+                [this, what] { guard("Edit", [&] { edit(what, focusedField(this)); }); });
+    }
+
+    QAction* about = addItem(EditMenu(), QStringLiteral("AppleAbout"), Globals::kAppAbout(), {});
+    about->setMenuRole(QAction::AboutRole);
+}
+
+QAction* MenuBar1::addItem(QWidget* into, const QString& name, const QString& caption,
+                           const QKeySequence& shortcut, int index)
+{
+    auto* a = new QAction(caption, into);
+    a->setObjectName(name);
+    a->setShortcut(shortcut);
+    a->setEnabled(true);
+    a->setVisible(true);
+    if (index >= 0)
+        a->setProperty("Index", index);
+    into->addAction(a);
+    return a;
+}
+
+QAction* MenuBar1::lookup(const QString& name, int index) const
+{
+    QList<QAction*> pending = actions();
+    while (!pending.isEmpty()) {
+        QAction* a = pending.takeFirst();
+        const QVariant i = a->property("Index");
+        if (a->objectName() == name && (index < 0 ? !i.isValid() : i.isValid() && i.toInt() == index))
+            return a;
+        if (QMenu* sub = a->menu())
+            pending += sub->actions();
+    }
+    return nullptr;
+}
+
+QMenu* MenuBar1::EditMenu() const
+{
+    QAction* a = lookup(QStringLiteral("EditMenu"), 0);
+    return a ? a->menu() : nullptr;
+}
+
+// While the menu is open, only the items that have something to act on are enabled.
+void MenuBar1::enableEditItems(bool opening)
+{
+    QWidget* w = focusedField(this);
+    const std::pair<const char*, Edit> items[] = {
+        {"EditUndo", Edit::Undo}, {"EditRedo", Edit::Redo}, {"EditCut", Edit::Cut},
+        {"EditCopy", Edit::Copy}, {"EditPaste", Edit::Paste}, {"EditClear", Edit::Clear},
+    };
+    for (const auto& [name, what] : items)
+        if (QAction* a = lookup(QString::fromLatin1(name)))
+            a->setEnabled(!opening || canEdit(what, w));
+}
+
+void Window1::bindMenu()
+{
+    // The program's icon comes with its menu bar, for every window and the desktop's
+    // task switcher.
+    QApplication::setWindowIcon(QIcon(QPixmap::fromImage(vlk_Icon_BigSur_128())));
+    setMenuBar(MenuBar1::instance());
+    // The one menu handler of the window.
+    if (QAction* about = MenuBar1::instance()->lookup(QStringLiteral("AppleAbout")))
+        connect(about, &QAction::triggered, this, [this] { guard("AppleAbout", [&] { _AppleAbout_Action(); }); });
+}
+
+bool Window1::_AppleAbout_Action()
+{
+    AboutWindow::instance()->ShowModal();
+    return false;
+}
