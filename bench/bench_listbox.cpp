@@ -49,7 +49,10 @@ int main(int argc, char** argv)
     window.resize(870, 520);
     auto* strip = new Listbox(&window);
     auto* table = new Listbox(&window);
+    QFont font = window.font();
+    font.setPixelSize(12);
     for (Listbox* lb : {strip, table}) {
+        lb->setFont(font);
         lb->setColumnCount(7);
         lb->setColumnWidths(QStringLiteral(",15%,15%,15%,15%,15%,0"));
     }

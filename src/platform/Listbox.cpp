@@ -125,6 +125,7 @@ Listbox::Listbox(QWidget* parent) : QTableView(parent), model_(new ListboxModel(
     setTextElideMode(Qt::ElideRight);
     setShowGrid(true);
     setCornerButtonEnabled(false);
+    setTabKeyNavigation(false);  // Tab leaves the table for the next control
     setAttribute(Qt::WA_MacShowFocusRect, false);
 
     QHeaderView* rows = verticalHeader();
