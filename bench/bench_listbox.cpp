@@ -1,7 +1,9 @@
 // Fills the file table as a drop of 100,000 files would (AddRow, five texts, six ticks,
-// four tags per row) with the table shown, sorts it, removes every tenth row, and prints
+// four tags per row: the file, its modification date and two offsets) with the table shown, sorts it, removes every tenth row, and prints
 // the times and the process's resident memory. Run by hand on a Release build:
 //   QT_QPA_PLATFORM=offscreen build/bench/bench_listbox [rows] [screenshot.png]
+#include "platform/Date.h"
+#include "platform/FolderItem.h"
 #include "platform/Listbox.h"
 
 #include <QApplication>
@@ -92,10 +94,10 @@ int main(int argc, char** argv)
         table->AddRow(t.name);
         const int r = table->ListCount() - 1;
         table->setCellCheck(r, 0, true);
-        table->setCellTag(r, 0, t.path);
+        table->setCellTag(r, 0, QVariant::fromValue(FolderItem(t.path)));
         table->setCell(r, 1, t.created);
         table->setCell(r, 2, t.modified);
-        table->setCellTag(r, 2, double(i));
+        table->setCellTag(r, 2, QVariant::fromValue(Date(2022, 12, 28, 1, 2, i % 60)));
         table->setCell(r, 3, t.exif306);
         table->setCell(r, 4, t.exif36867);
         table->setCellTag(r, 4, double(i) * 3 + 0.5);
