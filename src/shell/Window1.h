@@ -45,6 +45,7 @@ public:
     // ---- Fields -------------------------------------------------------------------------
     bool isLittleEndian = false;
     double TiffOfs = 0;
+    int exifLinkCount = 0;  // directories entered through tag 34665 in the current walk
     Handle<BinaryStream> bs;
     bool dirtyValue = false;
     int curRow = 0;
