@@ -1,7 +1,90 @@
+// The file table: a row of ListBox1 is a file, and everything known about it stands in the
+// row's cells, boxes and tags. addFileToTable is the one way in which a row comes to exist.
+//
+//   column  text                          tag
+//   0       file name                     the FolderItem
+//   1       creation date (SQLDateTime)   -
+//   2       modification date             the modification Date when the row was added
+//   3..5    Exif date, or kNoExif         the Double position of the date in the file
+//   6       -                             the orientation code (quarter turns)
+
 #include "shell/Window1.h"
 
-// Placeholder until the subsystem lands its handlers.
+#include "platform/Canvas.h"
+#include "platform/Listbox.h"
+#include "platform/Text.h"
+
+#include <QCheckBox>
+
+// The table answers no event of its own: its clicks belong to the check boxes, its
+// selection to the aim value, its pointer moves to the hover tag.
 void Window1::bindTableHandlers() {}
-void Window1::openTableControls() {}
-void Window1::addFileToTable(const FolderItem&) {}
-void Window1::clearTables() {}
+
+void Window1::openTableControls()
+{
+    ListBox1_Open();
+    ListHeader_Open();
+}
+
+// Column 6 keeps the default type in both tables: it holds only tags.
+void Window1::ListBox1_Open()
+{
+    for (int column = 0; column <= 5; ++column)
+        ListBox1->setColumnType(column, 2);
+}
+
+// All six select-all boxes start ticked, so a first drop arrives with everything readable
+// ticked.
+void Window1::ListHeader_Open()
+{
+    for (int column = 0; column <= 5; ++column) {
+        ListHeader->setColumnType(column, 2);
+        ListHeader->setCellCheck(0, column, true);
+    }
+}
+
+// A file that can't be opened, or a folder, is listed all the same, with its file dates
+// and the marker in columns 3 to 5. Nothing here catches: a failure ends the call and
+// leaves the row as far as it got, with bs and curRow on it.
+void Window1::addFileToTable(const FolderItem& f)
+{
+    if (f.isNil())
+        return;
+    if (OnlyPicture && OnlyPicture->isChecked() && f.OpenAsPicture().isNull())
+        return;
+
+    ListBox1->AddRow(f.Name());
+    curRow = ListBox1->ListCount() - 1;
+    if (ListHeader->CellCheck(0, 0))
+        ListBox1->setCellCheck(curRow, 0, true);
+    ListBox1->setCellTag(curRow, 0, QVariant::fromValue(f));
+    ListBox1->setCell(curRow, 1, f.CreationDate().SQLDateTime());
+    ListBox1->setCell(curRow, 2, f.ModificationDate().SQLDateTime());
+    // Kept for the row's whole life, so that the execute run can put back a modification
+    // date that its own writing disturbed.
+    ListBox1->setCellTag(curRow, 2, QVariant::fromValue(f.ModificationDate()));
+    for (int column = 3; column <= 5; ++column)
+        ListBox1->setCell(curRow, column, kNoExif);
+
+    // Replacing bs releases the stream of the file before; a nil stream stays in bs.
+    bs = f.OpenAsBinaryFile(false);
+    if (!bs.isNil())
+        getExifInfo();
+    optimizeRowCheck(curRow);
+}
+
+// A new row's date boxes follow the column boxes, except where the file gave no date.
+void Window1::optimizeRowCheck(int row)
+{
+    for (int column = 1; column <= 5; ++column) {
+        const bool v = sameText(ListBox1->Cell(row, column), kNoExif) ? false : ListHeader->CellCheck(0, column);
+        ListBox1->setCellCheck(row, column, v);
+    }
+}
+
+// The select-all boxes, curRow, bs and the sort column stay as they are.
+void Window1::clearTables()
+{
+    ListBox1->DeleteAllRows();
+    Canvas1->setBackdrop(QImage());
+}

@@ -1,0 +1,204 @@
+// The TIFF/Exif walk: finds the TIFF header in the first bytes of the file on bs, walks the
+// chain of image file directories and the Exif directory, and leaves the three date texts,
+// their byte positions and the orientation code in row curRow of ListBox1.
+//
+// Positions and offsets stay Double from the moment they are read; they become stream
+// positions only through toPosition, where a negative one lies beyond any end and simply
+// reads nothing. Nothing here tests what a read gave: a short read leaves zeros.
+
+#include "shell/Window1.h"
+
+#include "platform/Convert.h"
+#include "platform/Listbox.h"
+#include "platform/MemoryBlock.h"
+#include "platform/Text.h"
+
+namespace {
+
+// The chain of directories is followed for at most this many passes; a loop in the chain
+// repeats the same directory until then.
+constexpr int kChainPasses = 101;
+// At most this many directories are entered through the Exif pointer in one file. A
+// pointer back to its own directory, or a directory full of such pointers, would recurse
+// without end; a real file enters one. As many as the chain has passes, so that a looping
+// chain that enters its Exif directory once per pass gives the same cells as a long one.
+constexpr int kMaxExifLinks = 101;
+
+constexpr int kTagOrientation = 274;
+constexpr int kTagExifPointer = 34665;
+
+// The column of ListBox1 that shows a date tag, or 0 for any other tag.
+int dateColumn(int tag)
+{
+    switch (tag) {
+    case 306: return 3;    // image modification date
+    case 36867: return 4;  // shooting date
+    case 36868: return 5;  // digitization date
+    default: return 0;
+    }
+}
+
+// Clockwise quarter turns that bring the picture upright, by orientation value 1 to 8;
+// mirroring is dropped, and any other value selects no field, which reads as 0.
+const QString kOrientationCodes = QStringLiteral("0,0,2,2,3,1,1,3");
+
+}  // namespace
+
+void Window1::getExifInfo()
+{
+    exifLinkCount = 0;
+    double position = getIFDEntry();
+    if (position < 0)
+        return;
+    bs->setPosition(toPosition(position));
+    bs->setLittleEndian(isLittleEndian);
+    for (int pass = 0; pass < kChainPasses; ++pass) {
+        const double next = analyzeIFD(position);
+        if (next == 0)
+            break;
+        position = next + TiffOfs;
+    }
+}
+
+/* TIFF header, wherever its signature first stands in the first 256 bytes:
+     offset 0, 4 bytes: "MM" 0x00 0x2A (big-endian) or "II" 0x2A 0x00 (little-endian)
+     offset 4, 4 bytes: offset of the first directory from the header, signed
+   A big-endian signature anywhere wins over a little-endian one, even an earlier one. */
+double Window1::getIFDEntry()
+{
+    static const QByteArray bigEndian("MM\0\x2A", 4);
+    static const QByteArray littleEndian("II\x2A\0", 4);
+
+    bs->setPosition(0);
+    const QByteArray head = bs->Read(256);
+    qint64 found = InStrB(head, bigEndian);
+    if (found > 0) {
+        isLittleEndian = false;
+    } else {
+        found = InStrB(head, littleEndian);
+        if (found > 0)
+            isLittleEndian = true;
+    }
+    TiffOfs = double(found) - 1.0;
+    if (found == 0)
+        return -1.0;
+
+    // Near the end of the 256 bytes the header is cut short; its missing bytes read as 0.
+    MemoryBlock header(8);
+    header.setLittleEndian(isLittleEndian);
+    header.setStringValue(0, 8, MidB(head, found, 8));
+    return double(header.Long(4)) + TiffOfs;
+}
+
+/* Directory, at an absolute position:
+     offset 0,        2 bytes: number of entries n, unsigned
+     offset 2,   12 n bytes:   the entries, each:
+                                 0  2 tag, unsigned      4  4 count, signed
+                                 2  2 type, signed       8  4 value, or its offset from the header
+     offset 2 + 12 n, 4 bytes: offset of the next directory from the header, signed; 0 ends
+   The entries and the next offset are read in one piece before any entry is looked at, so
+   what an entry does to the stream cannot disturb the loop. */
+double Window1::analyzeIFD(double pos)
+{
+    bs->setPosition(toPosition(pos));
+    bs->setLittleEndian(isLittleEndian);
+    const qint64 n = bs->ReadUInt16();
+    const qint64 blockSize = n * 12 + 4;
+    MemoryBlock block(blockSize);
+    block.setLittleEndian(isLittleEndian);
+    block.setStringValue(0, blockSize, bs->Read(blockSize));
+
+    for (qint64 i = 0; i < n; ++i) {
+        const qint64 at = i * 12;
+        const int tag = block.UInt16Value(at);
+        // The text of any other entry would be dropped, and decoding it would only move the
+        // stream, which every read positions anew: it is not decoded at all.
+        if (tag != kTagOrientation && tag != kTagExifPointer && !dateColumn(tag))
+            continue;
+        const int type = block.Short(at + 2);
+        const qint64 count = block.Long(at + 4);
+        const QString text = culcType(tag, block.StringValue(at + 8, 4), type, count);
+
+        if (tag == kTagOrientation) {
+            const QString field = NthField(kOrientationCodes, QStringLiteral(","), toInteger(Val(text)));
+            ListBox1->setCellTag(curRow, 6, QVariant(toInteger(Val(field))));
+        }
+        // The pointer is taken as hexadecimal, whatever the type made of it; where the
+        // Exif directory leads on is not followed.
+        if (tag == kTagExifPointer && exifLinkCount < kMaxExifLinks) {
+            ++exifLinkCount;
+            analyzeIFD(Val(QStringLiteral("&h") + text) + TiffOfs);
+        }
+        if (const int column = dateColumn(tag))
+            ListBox1->setCell(curRow, column, text);
+    }
+    return double(block.Long(blockSize - 4));
+}
+
+// One entry as text. The types that keep their value elsewhere take the four value bytes as
+// its offset whatever the count, so a short ASCII value stored inline is read from wherever
+// its bytes point. For a date tag the value's position goes to its cell's tag: 0.0 for a
+// type that keeps no offset.
+QString Window1::culcType(int tag, const QByteArray& value, int type, qint64 count)
+{
+    MemoryBlock field(4);
+    field.setLittleEndian(isLittleEndian);
+    field.setStringValue(0, 4, value);
+    QString text;
+    double valuePosition = 0.0;
+
+    switch (type) {
+    case 1:  // BYTE, SBYTE, UNDEFINED: the first byte only
+    case 6:
+    case 7:
+        text = Right(QStringLiteral("0") + Hex(AscB(LeftB(value, 1))), 2);
+        break;
+    case 3:  // SHORT: the first of them only
+        text = Str(qint64(field.UShort(0)));
+        break;
+    case 8:  // SSHORT
+        text = Str(qint64(field.Short(0)));
+        break;
+    case 4:  // LONG and SLONG alike: the 32 bits in hexadecimal
+    case 9:
+        text = Right(QStringLiteral("0000000") + Hex(field.Long(0)), 8);
+        break;
+    case 11:  // FLOAT: the bit pattern as a signed decimal, not the number
+        text = Str(qint64(field.Long(0)));
+        break;
+    case 2:  // ASCII, RATIONAL, SRATIONAL, DOUBLE: kept at an offset
+    case 5:
+    case 10:
+    case 12:
+        valuePosition = double(field.Long(0)) + TiffOfs;
+        bs->setPosition(toPosition(valuePosition));
+        bs->setLittleEndian(isLittleEndian);
+        if (type == 2) {
+            // The last byte read is the terminating NUL of a well-formed value; a read cut
+            // short by the end of the file loses a real character instead.
+            if (count > 0 && count < 256) {
+                const QByteArray bytes = bs->Read(count);
+                text = QString::fromLatin1(LeftB(bytes, LenB(bytes) - 1));
+            }
+        } else if (type == 12) {
+            text = Str(bs->ReadDouble());
+        } else {
+            // The eight bytes as stored, in pairs of hexadecimal digits. The place counts
+            // from 0 into a function that counts from 1, so the first byte shows twice and
+            // the eighth never.
+            const QByteArray bytes = bs->Read(8);
+            for (qint64 j = 0; j < 8; ++j) {
+                if (j > 0)
+                    text += QLatin1Char(' ');
+                text += Right(QStringLiteral("0") + Hex(AscB(MidB(bytes, j, 1))), 2);
+            }
+        }
+        break;
+    default:  // no type of the TIFF tables: no text
+        break;
+    }
+
+    if (const int column = dateColumn(tag))
+        ListBox1->setCellTag(curRow, column, QVariant(valuePosition));
+    return text;
+}
