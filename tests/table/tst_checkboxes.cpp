@@ -63,9 +63,6 @@ private slots:
         w->show();
         QVERIFY(QTest::qWaitForWindowExposed(w.get()));
         QTRY_COMPARE(w->Timer4->Mode(), 0);  // the opening's sort has passed
-        for (Listbox* t : {w->ListBox1, w->ListHeader})
-            for (int c = 0; c < 6; ++c)
-                t->setColumnType(c, 2);
     }
     void cleanup() { w.reset(); }
 
