@@ -1,8 +1,14 @@
 #include "platform/ScaledPicture.h"
 
+#include <QBuffer>
+#include <QFile>
 #include <QImageReader>
 
 namespace {
+
+// A JPEG up to this size is read into memory in one go before decoding: the decoder's own
+// small reads cost more than the copy.
+constexpr qint64 kWholeFileLimit = qint64(256) << 20;
 
 // The largest of 8, 4 and 2 that keeps both sides at least as long as the picture fitted
 // into the box, or 1.
@@ -20,28 +26,55 @@ bool decodesScaled(const QByteArray& format)
     return format == "jpeg" || format == "jpg";
 }
 
+QImage read(QIODevice* device, QSize scaledSize)
+{
+    QImageReader reader(device);
+    reader.setDecideFormatFromContent(true);
+    reader.setAutoTransform(false);
+    if (scaledSize.isValid())
+        reader.setScaledSize(scaledSize);
+    return reader.read();
+}
+
 }  // namespace
 
 ScaledPicture openScaledPicture(const QString& path, QSize box)
 {
     ScaledPicture result;
-    QImageReader reader(path);
-    reader.setAutoTransform(false);
-    reader.setDecideFormatFromContent(true);
-
-    const QSize stored = reader.size();
-    bool scaled = false;
-    if (stored.isValid() && decodesScaled(reader.format())) {
-        // The decoder picks the DCT scale from the ratio of the stored size to the asked
-        // one; a whole-number division by d makes it pick exactly d.
-        const int d = reductionFor(stored, box);
-        scaled = d > 1;
-        if (scaled)
-            reader.setScaledSize(QSize(stored.width() / d, stored.height() / d));
-    }
-    result.image = reader.read();
-    if (result.image.isNull())
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
         return result;
-    result.fullSize = scaled ? stored : result.image.size();
+
+    QSize stored;
+    int d = 1;
+    {
+        QImageReader probe(&file);
+        probe.setDecideFormatFromContent(true);
+        stored = probe.size();
+        if (stored.isValid() && decodesScaled(probe.format()))
+            d = reductionFor(stored, box);
+    }
+    if (!file.seek(0))
+        return result;
+    if (d == 1) {
+        result.image = read(&file, QSize());
+        result.fullSize = result.image.size();
+        return result;
+    }
+
+    // The decoder picks the DCT scale from the ratio of the stored size to the asked one;
+    // a whole-number division by d makes it pick exactly d.
+    const QSize scaled(stored.width() / d, stored.height() / d);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    QIODevice* source = &file;
+    if (file.size() <= kWholeFileLimit) {
+        bytes = file.readAll();
+        buffer.open(QIODevice::ReadOnly);
+        source = &buffer;
+    }
+    result.image = read(source, scaled);
+    if (!result.image.isNull())
+        result.fullSize = stored;
     return result;
 }
