@@ -27,14 +27,14 @@ QString writeFile(const QTemporaryDir& dir, const QByteArray& content, const cha
                                                                                                 : QString();
 }
 
-QByteArray redJpeg(QSize size)
+QByteArray redPicture(QSize size, const char* format = "JPEG")
 {
     QImage red(size, QImage::Format_RGB32);
     red.fill(Qt::red);
     QByteArray bytes;
     QBuffer b(&bytes);
     b.open(QIODevice::WriteOnly);
-    red.save(&b, "JPEG", 95);
+    red.save(&b, format, 95);
     return bytes;
 }
 
@@ -87,7 +87,7 @@ private slots:
         QFETCH(QSize, size);
         QFETCH(int, decodedWidth);
         QFETCH(QRectF, drawn);
-        const QString file = writeFile(dir, redJpeg(size));
+        const QString file = writeFile(dir, redPicture(size));
         const ScaledPicture reduced = openScaledPicture(file, QSize(200, 200));
         QCOMPARE(reduced.fullSize, size);
         QCOMPARE(reduced.image.width(), decodedWidth);
@@ -109,18 +109,19 @@ private slots:
             }
     }
 
-    // What isn't a picture leaves the pane empty; a truncated one shows what decodes.
+    // What isn't a picture leaves the pane empty; a TIFF shows, a truncated JPEG what decodes.
     void badFiles_data()
     {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<bool>("shows");
-        const QByteArray jpeg = redJpeg(QSize(640, 480));
+        const QByteArray jpeg = redPicture(QSize(640, 480));
         QTest::newRow("text file") << QByteArray("just some words\n") << false;
         QTest::newRow("empty file") << QByteArray() << false;
         QTest::newRow("corrupt tiff") << QByteArray::fromHex("49492a0008000000ffff010103") + QByteArray(200, '\xee')
                                       << false;
         QTest::newRow("jpeg header only") << jpeg.left(300) << false;
         QTest::newRow("truncated jpeg") << jpeg.left(jpeg.size() / 2) << true;
+        QTest::newRow("tiff") << redPicture(QSize(64, 48), "TIFF") << true;
     }
     void badFiles()
     {
@@ -137,7 +138,7 @@ private slots:
         Window1 w;
         QTRY_COMPARE(w.Timer4->Mode(), 0);  // the opening's sort has passed
         addRow(w, writeFile(dir, "words", "notes.txt"));
-        addRow(w, writeFile(dir, redJpeg(QSize(40, 30)), "picture.jpg"));
+        addRow(w, writeFile(dir, redPicture(QSize(40, 30)), "picture.jpg"));
         for (const int row : {1, 0, 1, -1}) {
             w.ListBox1->setListIndex(row);
             QCOMPARE(w.Canvas1->Backdrop().isNull(), row != 1);
