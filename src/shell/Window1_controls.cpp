@@ -39,6 +39,17 @@ QFont systemFont(int pixelSize)
     return f;
 }
 
+// The table's cells: a 15% column leaves about 100 pixels beside its box, which a
+// 19-character date fills only in a narrow face.
+QFont tableFont(int pixelSize)
+{
+    QFont f(QStringLiteral("Helvetica Narrow"));
+    f.setStyleHint(QFont::SansSerif);
+    f.setStretch(QFont::SemiCondensed);
+    f.setPixelSize(pixelSize);
+    return f;
+}
+
 bool isFixedPitch(const QFont& f)
 {
     const QFontMetrics m(f);
@@ -133,7 +144,7 @@ void Window1::CreateControls()
     Winback->setVisible(false);
 
     ListBox1 = b.place(new Listbox(content), "ListBox1", 20, 268, 830, 212, "LTRB", 2);
-    ListBox1->setFont(font12);
+    ListBox1->setFont(tableFont(12));
     ListBox1->setColumnCount(7);
     ListBox1->setColumnWidths(QStringLiteral(",15%,15%,15%,15%,15%,0"));
     ListBox1->setHasHeader(true);
@@ -142,7 +153,7 @@ void Window1::CreateControls()
 
     // The strip of select-all boxes, with the same columns as the table below it.
     ListHeader = b.place(new Listbox(content), "ListHeader", 20, 244, 830, 20, "LR", 3);
-    ListHeader->setFont(font12);
+    ListHeader->setFont(tableFont(12));
     ListHeader->setColumnCount(7);
     ListHeader->setColumnWidths(QStringLiteral(",15%,15%,15%,15%,15%,0"));
     ListHeader->setHasHeader(false);
