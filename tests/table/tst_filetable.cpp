@@ -5,6 +5,7 @@
 #include <QCheckBox>
 #include <QLocalServer>
 
+#include "platform/Canvas.h"
 #include "platform/FolderItem.h"
 #include "platform/Listbox.h"
 #include "shell/Window1.h"
@@ -227,14 +228,18 @@ private slots:
         QVERIFY(!w->ListBox1->CellTag(1, 4).isValid());
     }
 
-    void clearKeepsHeaderBoxesAndStream()
+    void clearEmptiesTableAndPreviewOnly()
     {
         w->ListHeader->setCellCheck(0, 2, false);
         w->addFileToTable(FolderItem(file("all.jpg", exifJpeg(true))));
         w->addFileToTable(FolderItem(file("one.jpg", exifJpeg(false))));
         const Handle<BinaryStream> stream = w->bs;
+        QImage picture(4, 4, QImage::Format_RGB32);
+        picture.fill(Qt::red);
+        w->Canvas1->setBackdrop(picture);
         w->clearTables();
         QCOMPARE(w->ListBox1->ListCount(), 0);
+        QVERIFY(w->Canvas1->Backdrop().isNull());
         QCOMPARE(ticks(w->ListHeader, 0), QStringLiteral("xx.xxx"));
         QVERIFY(w->bs == stream);
         QCOMPARE(w->curRow, 1);
