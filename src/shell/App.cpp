@@ -4,7 +4,6 @@
 #include <QFileOpenEvent>
 
 #include "platform/HandlerGuard.h"
-#include "shell/Translations.h"
 #include "shell/Window1.h"
 
 App::App(int& argc, char** argv) : QApplication(argc, argv)
@@ -56,7 +55,6 @@ bool App::start(const QStringList& documents, const QString& channelName)
         w->activateWindow();
     });
 
-    installTranslations(*this);
     Event_Open();
     Window1::instance();  // the default window; Timer4 sorts what arrives before it fires
     openDocuments(documents);

@@ -34,7 +34,7 @@ public:
 
     // Brings the program up with the launch's documents: hands them to the copy that runs
     // already and answers false (this process is to end), or makes the window, appends them
-    // and listens for later launches.
+    // and listens for later launches. Translations are to be installed before.
     bool start(const QStringList& documents, const QString& channelName = DocumentChannel::userChannelName());
 
 protected:
