@@ -148,7 +148,6 @@ private slots:
         }
         QTest::newRow("empty file") << QByteArray() << view(noDate(), noDate(), noDate());
         QTest::newRow("file of 3 bytes") << QByteArray("II*") << view(noDate(), noDate(), noDate());
-        QTest::newRow("signature alone") << QByteArray("MM\0*", 4) << view(noDate(), noDate(), noDate());
         {
             const QByteArray f = QByteArray(250, 'x') + camera(LE).bytes();
             QTest::newRow("signature at 250, little-endian: offset from the 2 bytes left") << f << view(dateAt(f, A), dateAt(f, B), dateAt(f, C), 1);
@@ -168,8 +167,6 @@ private slots:
             TiffBuilder t = camera(BE);
             t.firstOffset(-100);
             QTest::newRow("negative first offset") << TiffBuilder::jpeg(t.bytes()) << view(noDate(), noDate(), noDate());
-            t.firstOffset(0x7FFFFFF0);
-            QTest::newRow("first offset past the end") << TiffBuilder::jpeg(t.bytes()) << view(noDate(), noDate(), noDate());
         }
         {
             TiffBuilder t(LE);

@@ -12,9 +12,7 @@
 #include "support/RowView.h"
 #include "support/TiffBuilder.h"
 
-#include <ctime>
 #include <memory>
-#include <utime.h>
 
 namespace {
 
@@ -51,22 +49,16 @@ class TestFileTable : public QObject {
     std::unique_ptr<Window1> w;
     QLocalServer socket;  // a file that no stream can open
 
-    // A file of that content whose modification time is 2021-07-04 10:20:30 UTC + minutes.
-    QString file(const QString& name, const QByteArray& content, int minutes = 0)
+    QString file(const QString& name, const QByteArray& content)
     {
         const QString path = tmp.filePath(name);
         writeBytes(path, content);
-        const time_t t = 1625394030 + 60 * minutes;
-        const utimbuf times{t, t};
-        utime(QFile::encodeName(path).constData(), &times);
         return path;
     }
 
 private slots:
     void initTestCase()
     {
-        qputenv("TZ", "Europe/Berlin");
-        tzset();
         w = std::make_unique<Window1>();
         QVERIFY(socket.listen(tmp.filePath(QStringLiteral("socket"))));
         QDir(tmp.path()).mkdir(QStringLiteral("folder"));
@@ -126,14 +118,6 @@ private slots:
         QCOMPARE(::ticks(w->ListBox1, 0), ticks);
         QCOMPARE(!w->bs.isNil(), stream);
         QVERIFY(w->ListBox1->Cell(0, 6).isEmpty());
-    }
-
-    // The modification date in local time; the tag keeps it as a Date.
-    void fileDatesInLocalTime()
-    {
-        w->addFileToTable(FolderItem(file("dated.jpg", exifJpeg(true))));
-        QCOMPARE(w->ListBox1->Cell(0, 2), QStringLiteral("2021-07-04 12:20:30"));
-        QCOMPARE(w->ListBox1->CellTag(0, 2).value<Date>().SQLDateTime(), QStringLiteral("2021-07-04 12:20:30"));
     }
 
     void headerBoxes_data()
@@ -207,25 +191,6 @@ private slots:
         w->ListBox1->setCellTag(0, 3, QVariant(1.0));
         QVERIFY(w->ListBox1->CellCheck(1, 4));
         QCOMPARE(w->ListBox1->CellTag(1, 3), QVariant(double(exifJpeg(true).indexOf(A))));
-    }
-
-    // The window's sort, newest modification first, moves whole rows.
-    void sortMovesWholeRows()
-    {
-        w->addFileToTable(FolderItem(file("old.jpg", exifJpeg(true), 0)));
-        w->addFileToTable(FolderItem(file("new.jpg", exifJpeg(false), 20)));
-        w->addFileToTable(FolderItem(file("mid.txt", "no Exif", 10)));
-        w->ListBox1->Sort();  // as the window opened it: column 2, descending
-        const QStringList names{"new.jpg", "mid.txt", "old.jpg"};
-        const QStringList rowTicks{"xxx.x.", "xxx...", "xxxxxx"};
-        for (int row = 0; row < 3; ++row) {
-            QCOMPARE(w->ListBox1->Cell(row, 0), names[row]);
-            QCOMPARE(w->ListBox1->CellTag(row, 0).value<FolderItem>().Name(), names[row]);
-            QCOMPARE(w->ListBox1->CellTag(row, 2).value<Date>().SQLDateTime(), w->ListBox1->Cell(row, 2));
-            QCOMPARE(ticks(w->ListBox1, row), rowTicks[row]);
-        }
-        QCOMPARE(w->ListBox1->CellTag(0, 4), QVariant(double(exifJpeg(false).indexOf(B))));
-        QVERIFY(!w->ListBox1->CellTag(1, 4).isValid());
     }
 
     void clearEmptiesTableAndPreviewOnly()
