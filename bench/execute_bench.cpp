@@ -1,0 +1,148 @@
+// execute_bench --floor FLOOR [--runs R] LIST
+//
+// How fast the execute run shifts every date of the files named in LIST (one path a line),
+// against "FLOOR -w" on the same files: the least I/O that rewriting those dates in place
+// needs. The two are timed turn about, R times each (default 4), after one warm-up of the
+// floor, each on clean pages (a sync before it); the floor's process start-up (timed on
+// an empty list) is taken off.
+//
+// Each run lists the files (not timed), ticks all five date columns of every row and
+// times ExecuteBtn_Action from the confirmation to its return. The offset is one hour,
+// forward in odd runs and back in even ones, so an even R, in UTC, leaves every date and
+// modification time of the files as it found them. Run it through bench/execute.
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QLineEdit>
+#include <QProcess>
+#include <QTemporaryFile>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+#include "platform/HandlerGuard.h"
+#include "platform/Listbox.h"
+#include "platform/MsgBox.h"
+#include "shell/Window1.h"
+
+namespace {
+
+double median(std::vector<double> v)
+{
+    std::sort(v.begin(), v.end());
+    const size_t n = v.size();
+    return n % 2 ? v[n / 2] : (v[n / 2 - 1] + v[n / 2]) / 2;
+}
+
+// Wall seconds of one "floor -w" over the list.
+double timeFloor(const QString& floor, const QString& list)
+{
+    ::sync();  // the files' pages clean, as a user's files are
+    QProcess p;
+    p.setStandardOutputFile(QProcess::nullDevice());
+    QElapsedTimer t;
+    t.start();
+    p.start(floor, {QStringLiteral("-w"), QStringLiteral("-@"), list});
+    p.waitForFinished(-1);
+    const double s = double(t.nsecsElapsed()) / 1e9;
+    if (p.exitStatus() != QProcess::NormalExit || p.exitCode() != 0)
+        qFatal("%s failed", qPrintable(floor));
+    return s;
+}
+
+// Lists the files, ticks all five dates of each row and times one execute run; counts the
+// rows whose three Exif dates all moved.
+double timeRun(Window1& w, const QStringList& files, int hours, int& moved)
+{
+    w.clearTables();
+    for (const QString& f : files)
+        w.addFileToTable(FolderItem(f));
+    Listbox* t = w.ListBox1;
+    for (int row = 0; row < t->ListCount(); ++row)
+        for (int c = 1; c <= 5; ++c)
+            t->setCellCheck(row, c, c < 3 || t->Cell(row, c) != kNoExif);
+    w.baseChoice = 4;
+    w.AddValue(3)->setText(QString::number(hours));
+    w.AimValue(0)->setText(QStringLiteral("-"));
+    std::vector<QString> before;  // the Exif texts, three a row
+    for (int row = 0; row < t->ListCount(); ++row)
+        for (int c = 3; c <= 5; ++c)
+            before.push_back(t->Cell(row, c));
+
+    ::sync();
+    QElapsedTimer timer;
+    timer.start();
+    w.ExecuteBtn_Action();
+    const double s = double(timer.nsecsElapsed()) / 1e9;
+
+    moved = 0;
+    for (int row = 0; row < t->ListCount(); ++row) {
+        bool all = true;
+        for (int c = 3; c <= 5; ++c)
+            all = all && t->Cell(row, c) != before[size_t(row) * 3 + size_t(c - 3)];
+        moved += all;
+    }
+    return s;
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    QStringList args = app.arguments().mid(1);
+    QString floor, listPath;
+    int runs = 4;
+    while (!args.isEmpty()) {
+        const QString a = args.takeFirst();
+        if (a == QLatin1String("--floor") && !args.isEmpty())
+            floor = args.takeFirst();
+        else if (a == QLatin1String("--runs") && !args.isEmpty())
+            runs = std::max(1, args.takeFirst().toInt());
+        else
+            listPath = a;
+    }
+    QFile list(listPath);
+    if (floor.isEmpty() || !list.open(QIODevice::ReadOnly)) {
+        std::fprintf(stderr, "usage: execute_bench --floor FLOOR [--runs R] LIST\n");
+        return 2;
+    }
+    QStringList files;
+    for (const QByteArray& line : list.readAll().split('\n'))
+        if (!line.trimmed().isEmpty())
+            files << QString::fromLocal8Bit(line.trimmed());
+    QTemporaryFile empty;
+    if (!empty.open())
+        qFatal("cannot make an empty list");
+
+    Window1 w;
+    setMsgBoxAnswer([](const QString&, int, const QString&) { return 1; });
+    int failures = 0;
+    setFailureReport([&](const QString& where, const QString& what) {
+        ++failures;
+        std::fprintf(stderr, "%s: %s\n", qPrintable(where), qPrintable(what));
+    });
+
+    std::vector<double> floorTimes, startTimes, runTimes;
+    timeFloor(floor, listPath);  // warm-up
+    for (int r = 0; r < runs; ++r) {
+        startTimes.push_back(timeFloor(floor, empty.fileName()));
+        floorTimes.push_back(timeFloor(floor, listPath));
+        int moved = 0;
+        runTimes.push_back(timeRun(w, files, r % 2 ? -1 : 1, moved));
+        std::printf("run %d: floor %.4f s, start-up %.4f s, execute %.4f s, %d files with all three Exif dates moved\n",
+                    r + 1, floorTimes.back(), startTimes.back(), runTimes.back(), moved);
+    }
+    const double n = double(files.size());
+    const double f = median(floorTimes) - median(startTimes), e = median(runTimes);
+    std::printf("%d files, medians of %d runs\n", int(files.size()), runs);
+    std::printf("floor -w  %8.2f us/file  %9.0f files/s  (its process start-up taken off)\n", f * 1e6 / n, n / f);
+    std::printf("execute   %8.2f us/file  %9.0f files/s  x%.2f the floor\n", e * 1e6 / n, n / e, e / f);
+    return failures ? 1 : 0;
+}
