@@ -33,7 +33,9 @@ int openFile(const QString& path, const QByteArray&, bool write)
         return -1;
     struct _stati64 st;
     if (_fstati64(fd, &st) != 0 || (st.st_mode & _S_IFMT) != _S_IFREG) {
+        const bool folder = (st.st_mode & _S_IFMT) == _S_IFDIR;
         _close(fd);
+        errno = folder ? EISDIR : ENODEV;
         return -1;
     }
     return fd;
@@ -60,8 +62,10 @@ void closeFile(int fd) { _close(fd); }
 
 int openFile(const QString&, const QByteArray& native, bool write)
 {
-    if (native.isEmpty() || native.contains('\0'))
+    if (native.isEmpty() || native.contains('\0')) {
+        errno = ENOENT;
         return -1;
+    }
     // O_NONBLOCK: opening a FIFO must not wait for a writer; it is refused below anyway.
     const int flags = (write ? O_RDWR : O_RDONLY) | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
     int fd;
@@ -73,7 +77,9 @@ int openFile(const QString&, const QByteArray& native, bool write)
     // A folder opens read-only on Linux; only regular files make streams.
     struct stat st;
     if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        const bool folder = S_ISDIR(st.st_mode);
         ::close(fd);
+        errno = folder ? EISDIR : ENODEV;
         return -1;
     }
     return fd;
@@ -99,6 +105,31 @@ void closeFile(int fd) { ::close(fd); }
 
 #endif
 
+// Why a file could not be opened, in words that name it. error is the errno of the attempt.
+QString whyNotOpened(const QString& path, bool write, int error)
+{
+    const QString name = QStringLiteral("“%1”").arg(path.mid(path.lastIndexOf(u'/') + 1));
+    const QString failed = write ? QStringLiteral("%1 could not be opened for writing").arg(name)
+                                 : QStringLiteral("%1 could not be read").arg(name);
+    switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+        return failed + QStringLiteral("; it may have been moved or deleted.");
+    case EACCES:
+    case EPERM:
+        return failed + (write ? QStringLiteral("; you do not have permission to change it.")
+                               : QStringLiteral("; you do not have permission to read it."));
+    case EROFS:
+        return failed + QStringLiteral("; it lies on a disk that cannot be written to.");
+    case EISDIR:
+        return QStringLiteral("%1 is a folder, not a file.").arg(name);
+    case ENODEV:
+        return QStringLiteral("%1 is not an ordinary file.").arg(name);
+    default:
+        return failed + QStringLiteral(" (%1).").arg(QString::fromLocal8Bit(std::strerror(error)));
+    }
+}
+
 }  // namespace
 
 Handle<BinaryStream> BinaryStream::open(const QString& path, bool write)
@@ -114,7 +145,7 @@ Handle<BinaryStream> BinaryStream::openEncoded(const QString& path, const QByteA
 {
     const int fd = openFile(path, encoded, write);
     if (fd < 0)
-        return Handle<BinaryStream>();
+        return Handle<BinaryStream>::nil(whyNotOpened(path, write, errno));
     return Handle<BinaryStream>(std::make_shared<BinaryStream>(Token{}, fd, write));
 }
 

@@ -12,7 +12,8 @@
 class BinaryStream {
 public:
     // Opens path for reading, or for reading and writing in place (never truncating, never
-    // creating). Returns a nil handle where the item cannot be opened that way, as a folder.
+    // creating). Returns a nil handle where the item cannot be opened that way, as a folder;
+    // the handle's whyNil() names the file and says why.
     static Handle<BinaryStream> open(const QString& path, bool write);
     ~BinaryStream();
     BinaryStream(const BinaryStream&) = delete;

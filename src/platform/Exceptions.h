@@ -1,16 +1,20 @@
 #pragma once
+#include <QString>
+
 #include <stdexcept>
 
 // The two failures that the product lets end a handler: using something that is not
-// there, and reaching past the end of an array or table.
+// there, and reaching past the end of an array or table. Their text is what the user reads
+// under "Velkaro could not ...": a plain sentence that says what happened, naming the file
+// or the cell where one is known.
 class NilObjectException : public std::runtime_error {
 public:
-    explicit NilObjectException(const char* what = "NilObjectException: an object that does not exist was used")
-        : std::runtime_error(what) {}
+    NilObjectException() : std::runtime_error("Something that was needed is no longer there.") {}
+    explicit NilObjectException(const QString& message) : std::runtime_error(message.toStdString()) {}
 };
 
 class OutOfBoundsException : public std::runtime_error {
 public:
-    explicit OutOfBoundsException(const char* what = "OutOfBoundsException: an index lies outside its array")
-        : std::runtime_error(what) {}
+    OutOfBoundsException() : std::runtime_error("Something was looked for past the end of a list.") {}
+    explicit OutOfBoundsException(const QString& message) : std::runtime_error(message.toStdString()) {}
 };

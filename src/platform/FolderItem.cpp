@@ -43,6 +43,13 @@ QString normalized(const QString& path)
 #endif
 }
 
+// The dates of an item that has gone since it was named.
+QString noLongerReadable(const QString& path)
+{
+    return QStringLiteral("“%1” can no longer be read; it may have been moved or deleted.")
+        .arg(path.mid(path.lastIndexOf(u'/') + 1));
+}
+
 #if defined(_WIN32)
 // FILETIME counts 100 ns steps from 1601-01-01 UTC.
 constexpr qint64 kFileTimeEpochOffset = 11644473600LL;
@@ -67,7 +74,7 @@ WIN32_FILE_ATTRIBUTE_DATA attributes(const QString& path)
     WIN32_FILE_ATTRIBUTE_DATA data;
     if (!GetFileAttributesExW(reinterpret_cast<const wchar_t*>(QDir::toNativeSeparators(path).utf16()),
                               GetFileExInfoStandard, &data))
-        throw NilObjectException();
+        throw NilObjectException(noLongerReadable(path));
     return data;
 }
 
@@ -90,7 +97,7 @@ struct Times {
 };
 
 // Throws NilObjectException for an item that is not there.
-Times timesOf(const QByteArray& native)
+Times timesOf(const QString& path, const QByteArray& native)
 {
 #if defined(__linux__) && defined(STATX_BTIME)
     struct statx sx;
@@ -98,11 +105,11 @@ Times timesOf(const QByteArray& native)
         return {sx.stx_btime.tv_sec, sx.stx_btime.tv_nsec, sx.stx_mtime.tv_sec, sx.stx_mtime.tv_nsec,
                 (sx.stx_mask & STATX_BTIME) != 0};
     if (errno != ENOSYS)
-        throw NilObjectException();
+        throw NilObjectException(noLongerReadable(path));
 #endif
     struct stat st;
     if (::stat(native.constData(), &st) != 0)
-        throw NilObjectException();
+        throw NilObjectException(noLongerReadable(path));
 #if defined(__APPLE__)
     return {st.st_birthtimespec.tv_sec, st.st_birthtimespec.tv_nsec, st.st_mtimespec.tv_sec,
             st.st_mtimespec.tv_nsec, true};
@@ -127,7 +134,7 @@ bool FolderItem::isNil() const { return path_.isEmpty(); }
 const QString& FolderItem::checked() const
 {
     if (path_.isEmpty())
-        throw NilObjectException();
+        throw NilObjectException(QStringLiteral("No file was given."));
     return path_;
 }
 
@@ -170,7 +177,7 @@ Date FolderItem::CreationDate() const
 #if defined(_WIN32)
     return fromFileTime(attributes(path_).ftCreationTime);
 #else
-    const Times t = timesOf(native_);
+    const Times t = timesOf(path_, native_);
     return t.hasBirth ? Date::fromUnixTime(t.birthSec, t.birthNsec) : Date::fromUnixTime(t.modSec, t.modNsec);
 #endif
 }
@@ -181,7 +188,7 @@ Date FolderItem::ModificationDate() const
 #if defined(_WIN32)
     return fromFileTime(attributes(path_).ftLastWriteTime);
 #else
-    const Times t = timesOf(native_);
+    const Times t = timesOf(path_, native_);
     return Date::fromUnixTime(t.modSec, t.modNsec);
 #endif
 }

@@ -14,25 +14,29 @@ FailureReport& installedReport()
     return report;
 }
 
-void writeToStandardError(const QString& where, const QString& what)
+QString headline(const QString& action)
 {
-    std::fprintf(stderr, "Velkaro: %s could not be completed: %s\n", qPrintable(where), qPrintable(what));
+    return QObject::tr("Velkaro could not %1.").arg(action);
 }
 
-// The dialog: says what could not be done, where, and why, on the active window.
-void showFailureDialog(const QString& where, const QString& what)
+void writeToStandardError(const QString& action, const QString& reason)
+{
+    std::fprintf(stderr, "%s %s\n", qUtf8Printable(headline(action)), qUtf8Printable(reason));
+}
+
+// The dialog: what could not be done, and below it why, on the active window.
+void showFailureDialog(const QString& action, const QString& reason)
 {
     static bool showing = false;
     if (showing || !qobject_cast<QApplication*>(QCoreApplication::instance())) {
         // No second dialog on top of the first, and none without a desktop.
-        writeToStandardError(where, what);
+        writeToStandardError(action, reason);
         return;
     }
     showing = true;
-    QMessageBox box(QMessageBox::Warning, QStringLiteral("Velkaro"),
-                    QObject::tr("The action could not be completed (in %1).").arg(where), QMessageBox::Ok,
+    QMessageBox box(QMessageBox::Warning, QStringLiteral("Velkaro"), headline(action), QMessageBox::Ok,
                     QApplication::activeWindow());
-    box.setInformativeText(QObject::tr("Reason: %1").arg(what));
+    box.setInformativeText(reason);
     box.exec();
     showing = false;
 }
@@ -44,15 +48,15 @@ void setFailureReport(FailureReport report)
     installedReport() = std::move(report);
 }
 
-void reportFailure(const QString& where, const QString& what)
+void reportFailure(const QString& action, const QString& reason)
 {
     // This runs inside guard()'s catch: nothing may leave it.
     try {
         if (installedReport())
-            installedReport()(where, what);
+            installedReport()(action, reason);
         else
-            showFailureDialog(where, what);
+            showFailureDialog(action, reason);
     } catch (...) {
-        writeToStandardError(where, what);
+        writeToStandardError(action, reason);
     }
 }

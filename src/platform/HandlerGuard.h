@@ -3,23 +3,28 @@
 
 #include <exception>
 #include <functional>
+#include <new>
 #include <utility>
 
 // Every event handler is entered through guard(): what a handler throws is handed to the
-// application's failure report and never crosses Qt's event loop. The report shows a
-// dialog that says what failed and where; tests put a recorder in its place.
-using FailureReport = std::function<void(const QString& where, const QString& what)>;
+// application's failure report and never crosses Qt's event loop. `action` says in the
+// user's words what the handler was doing ("add the dropped files"); the report reads
+// "Velkaro could not <action>." with the exception's text, the reason, below it. Tests put
+// a recorder in the dialog's place.
+using FailureReport = std::function<void(const QString& action, const QString& reason)>;
 void setFailureReport(FailureReport report);  // an empty report restores the dialog
-void reportFailure(const QString& where, const QString& what);
+void reportFailure(const QString& action, const QString& reason);
 
 template <class F>
-void guard(const char* where, F&& handler) noexcept
+void guard(const char* action, F&& handler) noexcept
 {
     try {
         std::forward<F>(handler)();
+    } catch (const std::bad_alloc&) {
+        reportFailure(QString::fromUtf8(action), QStringLiteral("There was not enough memory."));
     } catch (const std::exception& e) {
-        reportFailure(QString::fromUtf8(where), QString::fromUtf8(e.what()));
+        reportFailure(QString::fromUtf8(action), QString::fromUtf8(e.what()));
     } catch (...) {
-        reportFailure(QString::fromUtf8(where), QStringLiteral("an unknown failure"));
+        reportFailure(QString::fromUtf8(action), QStringLiteral("The cause is not known."));
     }
 }

@@ -169,14 +169,17 @@ ListboxModel* Listbox::model() const
 
 void Listbox::checkRow(int row) const
 {
-    if (row < 0 || row >= model_->rowCount())
-        throw OutOfBoundsException("OutOfBoundsException: the row lies outside the list");
+    // Rows are counted from 1 for the reader.
+    if (row < 0)
+        throw OutOfBoundsException(QStringLiteral("No row of the list was chosen."));
+    if (row >= model_->rowCount())
+        throw OutOfBoundsException(QStringLiteral("Row %1 is no longer in the list.").arg(qint64(row) + 1));
 }
 
 void Listbox::checkColumn(int column) const
 {
     if (column < 0 || column >= model_->columnCount())
-        throw OutOfBoundsException("OutOfBoundsException: the column lies outside the list");
+        throw OutOfBoundsException(QStringLiteral("The list has no column %1.").arg(qint64(column) + 1));
 }
 
 void Listbox::checkCell(int row, int column) const
@@ -190,7 +193,7 @@ void Listbox::checkCell(int row, int column) const
 void Listbox::setColumnCount(int columns)
 {
     if (columns < 1 || columns > ListboxModel::kMaxColumns)
-        throw OutOfBoundsException("OutOfBoundsException: a list has 1 to 64 columns");
+        throw OutOfBoundsException(QStringLiteral("A list has 1 to 64 columns, not %1.").arg(columns));
     model_->setColumns(columns);
     columnTypes_.resize(size_t(columns), 0);
     sortDirections_.resize(size_t(columns), 1);

@@ -23,7 +23,8 @@ const char* MemoryBlock::span(qint64 offset, qint64 length) const
     // Written so that no sum can wrap, whatever the caller passes.
     const qint64 size = data_.size();
     if (offset < 0 || length < 0 || size < length || offset > size - length)
-        throw OutOfBoundsException("OutOfBoundsException: an access lies outside its MemoryBlock");
+        throw OutOfBoundsException(
+            QStringLiteral("A read or write went past the end of a block of %1 bytes.").arg(size));
     return data_.constData() + offset;
 }
 

@@ -19,9 +19,9 @@ constexpr int kRowHeight = 15;
 void Window1::bindPreviewHandlers()
 {
     connect(ListBox1, &Listbox::MouseMove, this,
-            [this](int x, int y) { guard("ListBox1_MouseMove", [&] { ListBox1_MouseMove(x, y); }); });
+            [this](int x, int y) { guard("show the file name under the pointer", [&] { ListBox1_MouseMove(x, y); }); });
     connect(ListBox1, &Listbox::MouseExit, this,
-            [this] { guard("ListBox1_MouseExit", [&] { ListBox1_MouseExit(); }); });
+            [this] { guard("hide the file name", [&] { ListBox1_MouseExit(); }); });
 }
 
 void Window1::ListBox1_MouseMove(int x, int y)

@@ -103,8 +103,8 @@ AboutWindow::AboutWindow(QWidget* parent)
     setTabOrder(VerString, TextArea1);
     setTabOrder(TextArea1, Label2);
 
-    guard("AppName.Open", [this] { AppName_Open(); });
-    guard("VerString.Open", [this] { VerString_Open(); });
+    guard("show the program's name", [this] { AppName_Open(); });
+    guard("show the version", [this] { VerString_Open(); });
 }
 
 void AboutWindow::AppName_Open()

@@ -31,7 +31,7 @@ void App::Event_Open()
 
 void App::Event_OpenDocument(const FolderItem& item)
 {
-    guard("App.OpenDocument", [&] { Window1::instance()->addFileToTable(item); });
+    guard("add the file handed over by the desktop", [&] { Window1::instance()->addFileToTable(item); });
 }
 
 QStringList App::launchDocuments() const

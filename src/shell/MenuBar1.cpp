@@ -128,7 +128,7 @@ void MenuBar1::Untitled0()
 {
     QAction* quit = addItem(this, QStringLiteral("FileQuit"), Globals::kEditQuit(), QKeySequence(Qt::CTRL | Qt::Key_Q));
     quit->setMenuRole(QAction::QuitRole);
-    connect(quit, &QAction::triggered, qApp, [] { guard("FileQuit", [] { QCoreApplication::quit(); }); });
+    connect(quit, &QAction::triggered, qApp, [] { guard("quit", [] { QCoreApplication::quit(); }); });
 
     QMenu* menu = addMenu(Globals::kEditMenu());
     menu->setObjectName(QStringLiteral("EditMenu"));
@@ -168,7 +168,7 @@ void MenuBar1::Untitled1()
         QAction* a = addItem(menu, QString::fromLatin1(item.name), item.caption, item.shortcut);
         const Edit what = item.edit;
         connect(a, &QAction::triggered, this,
-                [this, what] { guard("Edit", [&] { edit(what, focusedField(this)); }); });
+                [this, what] { guard("carry out the edit command", [&] { edit(what, focusedField(this)); }); });
     }
 
     QAction* about = addItem(EditMenu(), QStringLiteral("AppleAbout"), Globals::kAppAbout(), {});
@@ -230,7 +230,8 @@ void Window1::bindMenu()
     setMenuBar(MenuBar1::instance());
     // The one menu handler of the window.
     if (QAction* about = MenuBar1::instance()->lookup(QStringLiteral("AppleAbout")))
-        connect(about, &QAction::triggered, this, [this] { guard("AppleAbout", [&] { _AppleAbout_Action(); }); });
+        connect(about, &QAction::triggered, this,
+                [this] { guard("open the About window", [&] { _AppleAbout_Action(); }); });
 }
 
 bool Window1::_AppleAbout_Action()

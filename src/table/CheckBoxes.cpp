@@ -113,13 +113,16 @@ void Window1::setColumnCheck(int column)
 void Window1::bindCheckBoxHandlers()
 {
     connect(ListBox1, &Listbox::CellClick, this, [this](int row, int column, int x, int y) {
-        guard("ListBox1_CellClick", [&] { ListBox1_CellClick(row, column, x, y); });
+        guard("take the click in the list", [&] { ListBox1_CellClick(row, column, x, y); });
     });
     connect(ListHeader, &Listbox::CellClick, this, [this](int row, int column, int x, int y) {
-        guard("ListHeader_CellClick", [&] { ListHeader_CellClick(row, column, x, y); });
+        guard("take the click on the select-all boxes", [&] { ListHeader_CellClick(row, column, x, y); });
     });
-    connect(ListHeader, &Listbox::Change, this, [this] { guard("ListHeader_Change", [&] { ListHeader_Change(); }); });
-    connect(Timer1, &OneShotTimer::Action, this, [this] { guard("Timer1_Action", [&] { Timer1_Action(); }); });
-    connect(Timer2, &OneShotTimer::Action, this, [this] { guard("Timer2_Action", [&] { Timer2_Action(); }); });
-    connect(Timer3, &OneShotTimer::Action, this, [this] { guard("Timer3_Action", [&] { Timer3_Action(); }); });
+    connect(ListHeader, &Listbox::Change, this,
+            [this] { guard("take the click on the select-all row", [&] { ListHeader_Change(); }); });
+    connect(Timer1, &OneShotTimer::Action, this,
+            [this] { guard("apply the select-all tick", [&] { Timer1_Action(); }); });
+    connect(Timer2, &OneShotTimer::Action, this,
+            [this] { guard("apply the tick to the row", [&] { Timer2_Action(); }); });
+    connect(Timer3, &OneShotTimer::Action, this, [this] { guard("apply the tick", [&] { Timer3_Action(); }); });
 }

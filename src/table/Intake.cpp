@@ -18,22 +18,25 @@
 
 void Window1::bindIntakeHandlers()
 {
-    connect(OnlyPicture, &QCheckBox::toggled, this, [this] { guard("OnlyPicture.Action", [this] { OnlyPicture_Action(); }); });
-    connect(Timer4, &OneShotTimer::Action, this, [this] { guard("Timer4.Action", [this] { Timer4_Action(); }); });
-    connect(Timer5, &OneShotTimer::Action, this, [this] { guard("Timer5.Action", [this] { Timer5_Action(); }); });
+    connect(OnlyPicture, &QCheckBox::toggled, this,
+            [this] { guard("switch the still-image filter", [this] { OnlyPicture_Action(); }); });
+    connect(Timer4, &OneShotTimer::Action, this,
+            [this] { guard("sort the opened files", [this] { Timer4_Action(); }); });
+    connect(Timer5, &OneShotTimer::Action, this,
+            [this] { guard("keep only still images in the list", [this] { Timer5_Action(); }); });
 }
 
 // Every drag is let in, whatever it holds; the drop decides.
 void Window1::dragEnterEvent(QDragEnterEvent* e)
 {
     e->acceptProposedAction();
-    guard("Window1.DragEnter", [this] { Event_DragEnter(); });
+    guard("show the drop frame", [this] { Event_DragEnter(); });
 }
 
 void Window1::dragLeaveEvent(QDragLeaveEvent* e)
 {
     e->accept();
-    guard("Window1.DragExit", [this] { Event_DragExit(); });
+    guard("hide the drop frame", [this] { Event_DragExit(); });
 }
 
 void Window1::dropEvent(QDropEvent* e)
@@ -41,7 +44,7 @@ void Window1::dropEvent(QDropEvent* e)
     e->acceptProposedAction();
     DragItem obj(e->mimeData());
     const int action = int(e->dropAction());
-    guard("Window1.DropObject", [&] { Event_DropObject(obj, action); });
+    guard("add the dropped files", [&] { Event_DropObject(obj, action); });
 }
 
 void Window1::Event_DragEnter()

@@ -14,11 +14,33 @@
 
 namespace {
 
-// Element i of a split text, or the array's out-of-bounds failure.
-const QString& fieldAt(const QStringList& fields, qsizetype i)
+// The base cell being read, for the report of a date that lacks a piece.
+struct BaseCell {
+    QString text;
+    int row;
+};
+
+// The cell's text as the report quotes it: one line, and no longer than a date needs.
+QString quoted(const QString& text)
+{
+    constexpr qsizetype kShown = 30;
+    QString shown = text.left(kShown);
+    for (QChar& c : shown)
+        if (!c.isPrint())
+            c = u' ';
+    return QStringLiteral("“%1%2”").arg(shown, text.size() > kShown ? QStringLiteral("…") : QString());
+}
+
+// Element i of a split text of the cell, or the array's out-of-bounds failure, which says
+// that the cell's date is incomplete.
+const QString& fieldAt(const QStringList& fields, qsizetype i, const BaseCell& cell)
 {
     if (i < 0 || i >= fields.size())
-        throw OutOfBoundsException();
+        throw OutOfBoundsException(
+            QStringLiteral("The date %1 in row %2 of the list is incomplete: it needs a day and a time, "
+                           "as in 2021:05:06 07:08:09.")
+                .arg(quoted(cell.text))
+                .arg(qint64(cell.row) + 1));
     return fields.at(i);
 }
 
@@ -64,21 +86,22 @@ constexpr qint64 kLastWritableYear = 9999;
 // a cell that holds no date: the display stays blank and the run leaves the row alone.
 std::optional<Date> Window1::culcAimValue(int row)
 {
-    const QString text = ReplaceAll(ListBox1->Cell(row, baseChoice), QStringLiteral("-"), QStringLiteral(":"));
+    const BaseCell cell{ListBox1->Cell(row, baseChoice), row};
+    const QString text = ReplaceAll(cell.text, QStringLiteral("-"), QStringLiteral(":"));
     const QStringList pieces = Split(text, QStringLiteral(" "));
-    const QString& datePiece = fieldAt(pieces, 0);
+    const QString& datePiece = fieldAt(pieces, 0, cell);
     if (CountFields(datePiece, QStringLiteral(":")) < 3)
         return std::nullopt;
 
     const QStringList dateFields = Split(datePiece, QStringLiteral(":"));
     Date d(2000, 1, 1);
-    d.setYear(integerOf(fieldAt(dateFields, 0)));
-    d.setMonth(integerOf(fieldAt(dateFields, 1)));
-    d.setDay(integerOf(fieldAt(dateFields, 2)));
-    const QStringList timeFields = Split(fieldAt(pieces, 1), QStringLiteral(":"));
-    d.setHour(integerOf(fieldAt(timeFields, 0)));
-    d.setMinute(integerOf(fieldAt(timeFields, 1)));
-    d.setSecond(integerOf(fieldAt(timeFields, 2)));
+    d.setYear(integerOf(fieldAt(dateFields, 0, cell)));
+    d.setMonth(integerOf(fieldAt(dateFields, 1, cell)));
+    d.setDay(integerOf(fieldAt(dateFields, 2, cell)));
+    const QStringList timeFields = Split(fieldAt(pieces, 1, cell), QStringLiteral(":"));
+    d.setHour(integerOf(fieldAt(timeFields, 0, cell)));
+    d.setMinute(integerOf(fieldAt(timeFields, 1, cell)));
+    d.setSecond(integerOf(fieldAt(timeFields, 2, cell)));
 
     for (int i = 0; i < 6; ++i) {
         const double sum = double((d.*kUnits[i].get)()) + Val(AddValue(i)->text());

@@ -19,34 +19,34 @@ void Window1::bindTargetHandlers()
         // The program never sets a BaseKind itself, so every choice is the user's.
         connect(button, &QRadioButton::toggled, this, [this, i](bool on) {
             if (on)
-                guard("BaseKind_Action", [&] { BaseKind_Action(i); });
+                guard("switch the reference date", [&] { BaseKind_Action(i); });
         });
     }
     for (const auto& [index, field] : AddValue) {
         const int i = index;
         connect(field, &QLineEdit::textChanged, this,
-                [this, i] { guard("AddValue_TextChange", [&] { AddValue_TextChange(i); }); });
+                [this, i] { guard("take the addition value as typed", [&] { AddValue_TextChange(i); }); });
         auto* events = new FieldEvents(field);
         events->KeyDown = [this, i](const QString& key) {
             bool keep = false;
-            guard("AddValue_KeyDown", [&] { keep = AddValue_KeyDown(i, key); });
+            guard("take the key pressed in the addition value", [&] { keep = AddValue_KeyDown(i, key); });
             return keep;
         };
-        events->LostFocus = [this, i] { guard("AddValue_LostFocus", [&] { AddValue_LostFocus(i); }); };
+        events->LostFocus = [this, i] { guard("bring the addition value up to date", [&] { AddValue_LostFocus(i); }); };
     }
     connect(AddValCheckBox, &QCheckBox::toggled, this,
-            [this] { guard("AddValCheckBox_Action", [&] { AddValCheckBox_Action(); }); });
+            [this] { guard("switch year and month input", [&] { AddValCheckBox_Action(); }); });
     connect(ClearBtn, &QToolButton::clicked, this,
-            [this] { guard("ClearBtn_Action", [&] { ClearBtn_Action(); }); });
+            [this] { guard("clear the addition values", [&] { ClearBtn_Action(); }); });
     connect(ListBox1, &Listbox::Change, this,
-            [this] { guard("ListBox1_Change", [&] { ListBox1_Change(); }); });
+            [this] { guard("show the scheduled value of the selected file", [&] { ListBox1_Change(); }); });
 }
 
 // The radio buttons open in the order in which they were made.
 void Window1::openTargetControls()
 {
     for (const int i : {1, 2, 4, 5, 3})
-        guard("BaseKind_Open", [&] { BaseKind_Open(i); });
+        guard("set up the reference dates", [&] { BaseKind_Open(i); });
     for (int i = 0; i < 6; ++i)
-        guard("AddValue_Open", [&] { AddValue_Open(i); });
+        guard("set up the addition values", [&] { AddValue_Open(i); });
 }

@@ -21,14 +21,14 @@ const QString kExecuteQuestion =
 constexpr int kOkCancelQuestion = 33;
 
 // A run that cannot go on stops where it stands, with the rows and cells before it written.
-// Its text is what the failure report shows the user.
+// Its text is the reason under "Velkaro could not change the dates in the files.": where
+// the run stopped, why (a sentence), and what has been done.
 class RunStopped : public std::runtime_error {
 public:
     RunStopped(const QString& file, const QString& why)
         : std::runtime_error(
-              QStringLiteral("Execute stopped at \"%1\": %2. The files above it in the list "
-                             "have been changed as ticked; this file and those below it "
-                             "have not.")
+              QStringLiteral("It stopped at %1. %2 The files above it in the list have been "
+                             "changed as ticked; this file and those below it have not.")
                   .arg(file, why)
                   .toStdString())
     {
@@ -37,7 +37,7 @@ public:
 
 QString nameForReport(const FolderItem& f, int row)
 {
-    return f.isNil() ? QStringLiteral("row %1").arg(row + 1) : f.path();
+    return f.isNil() ? QStringLiteral("row %1").arg(qint64(row) + 1) : QStringLiteral("“%1”").arg(f.path());
 }
 
 // An Exif date text, "YYYY:MM:DD HH:MM:SS": exactly the 19 bytes that replace the old date
@@ -61,10 +61,11 @@ bool isExifDateText(const QString& s)
 void writeExifDate(const FolderItem& f, const QVariant& position, const QString& text)
 {
     if (!isExifDateText(text))
-        throw RunStopped(f.path(), QStringLiteral("the scheduled date %1 cannot be written as an Exif date").arg(text));
+        throw std::runtime_error(
+            QStringLiteral("The scheduled date %1 cannot be written as an Exif date.").arg(text).toStdString());
     Handle<BinaryStream> out = f.OpenAsBinaryFile(true);
     if (out.isNil())
-        throw RunStopped(f.path(), QStringLiteral("the file could not be opened for writing"));
+        throw NilObjectException(out.whyNil());
     out->setPosition(toPosition(position.toDouble()));
     out->Write(text.toLatin1());
     out->Close();
@@ -74,7 +75,9 @@ void writeExifDate(const FolderItem& f, const QVariant& position, const QString&
 Date notedModificationDate(const QVariant& tag)
 {
     if (tag.metaType() != QMetaType::fromType<Date>())
-        throw NilObjectException();
+        throw NilObjectException(
+            QStringLiteral("The modification date that the file had when it was listed is missing, so it could "
+                           "not be put back."));
     return tag.value<Date>();
 }
 
@@ -117,7 +120,7 @@ void executeRow(Window1& w, int row, bool& restore)
 void Window1::bindWritebackHandlers()
 {
     connect(ExecuteBtn, &QPushButton::clicked, this,
-            [this] { guard("ExecuteBtn_Action", [this] { ExecuteBtn_Action(); }); });
+            [this] { guard("change the dates in the files", [this] { ExecuteBtn_Action(); }); });
 }
 
 void Window1::ExecuteBtn_Action()
@@ -134,8 +137,6 @@ void Window1::ExecuteBtn_Action()
     for (int row = 0; row < count; ++row) {
         try {
             executeRow(*this, row, restore);
-        } catch (const RunStopped&) {
-            throw;
         } catch (const std::exception& e) {
             throw RunStopped(nameForReport(ListBox1->CellTag(row, 0).value<FolderItem>(), row),
                              QString::fromUtf8(e.what()));

@@ -188,8 +188,23 @@ void TestStream::refusedOpens()
         path = makeFile("x") + "/x";
     else if (kind == "fifo")
         QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);  // an open would wait for a writer
-    QVERIFY(BinaryStream::open(path, write).isNil());
+    const Handle<BinaryStream> refused = BinaryStream::open(path, write);
+    QVERIFY(refused.isNil());
     QCOMPARE(QFileInfo::exists(path), kind == "folder" || kind == "fifo");  // nothing created
+
+    // The handle names the file and says why, and its use throws that text.
+    const QString name = "“" + QFileInfo(path).fileName() + "”";
+    const QString why = kind == "folder" ? name + " is a folder, not a file."
+                        : kind == "fifo" ? name + " is not an ordinary file."
+                                         : name + (write ? " could not be opened for writing" : " could not be read")
+                                               + "; it may have been moved or deleted.";
+    QCOMPARE(refused.whyNil(), why);
+    try {
+        refused->Read(1);
+        QFAIL("a refused stream was used");
+    } catch (const NilObjectException& e) {
+        QCOMPARE(QString::fromUtf8(e.what()), why);
+    }
 }
 
 void TestStream::nilHandle()

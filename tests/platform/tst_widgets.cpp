@@ -164,11 +164,12 @@ void TestWidgets::lockLayoutPlacesWidgets()
 
 void TestWidgets::guardHandsFailuresToTheReport_data()
 {
-    QTest::addColumn<int>("throwing");  // 0 nothing, 1 std::exception, 2 anything else
+    QTest::addColumn<int>("throwing");  // 0 nothing, 1 std::exception, 2 std::bad_alloc, 3 anything else
     QTest::addColumn<QStringList>("reported");
     QTest::newRow("a handler that ends normally") << 0 << QStringList{};
-    QTest::newRow("a runtime error") << 1 << QStringList{"Timer5_Action", "the stream is nil"};
-    QTest::newRow("no exception class") << 2 << QStringList{"Timer5_Action", "an unknown failure"};
+    QTest::newRow("a runtime error") << 1 << QStringList{"sort the files", "The disk is full."};
+    QTest::newRow("out of memory") << 2 << QStringList{"sort the files", "There was not enough memory."};
+    QTest::newRow("no exception class") << 3 << QStringList{"sort the files", "The cause is not known."};
 }
 
 void TestWidgets::guardHandsFailuresToTheReport()
@@ -178,10 +179,12 @@ void TestWidgets::guardHandsFailuresToTheReport()
     QStringList seen;
     setFailureReport([&](const QString& where, const QString& what) { seen << where << what; });
     bool ranToEnd = false;
-    guard("Timer5_Action", [&] {
+    guard("sort the files", [&] {
         if (throwing == 1)
-            throw std::runtime_error("the stream is nil");
+            throw std::runtime_error("The disk is full.");
         if (throwing == 2)
+            throw std::bad_alloc();
+        if (throwing == 3)
             throw 42;
         ranToEnd = true;
     });
@@ -194,7 +197,7 @@ void TestWidgets::defaultReportIsAWarningDialog()
 {
     MessageBoxCatcher catcher;
     qApp->installEventFilter(&catcher);
-    guard("ExecuteBtn_Action", [] { throw std::runtime_error("disk full"); });
+    guard("change the dates in the files", [] { throw std::runtime_error("The disk is full."); });
     // A report that fails itself lets nothing out either, and shows no dialog.
     setFailureReport([](const QString&, const QString&) { throw std::logic_error("broken report"); });
     guard("Timer5_Action", [] { throw std::runtime_error("x"); });
@@ -202,8 +205,7 @@ void TestWidgets::defaultReportIsAWarningDialog()
     qApp->removeEventFilter(&catcher);
     QCOMPARE(catcher.shown, 1);
     QCOMPARE(catcher.icon, QMessageBox::Warning);
-    QVERIFY(catcher.text.contains(QStringLiteral("ExecuteBtn_Action")));
-    QVERIFY(catcher.text.contains(QStringLiteral("disk full")));
+    QCOMPARE(catcher.text, QStringLiteral("Velkaro could not change the dates in the files.\nThe disk is full."));
 }
 
 void TestWidgets::drawing_data()
