@@ -39,7 +39,8 @@ bool FieldEvents::eventFilter(QObject* watched, QEvent* event)
         if (KeyDown(keyText(key)))
             return true;
         // The handler moved the focus itself: the field's own Tab would move it on again.
-        if (tab && QApplication::focusWidget() != field_)
+        // Asked of the window, whose focus moves also while it is not the active one.
+        if (tab && field_->window()->focusWidget() != field_)
             return true;
         return false;
     }

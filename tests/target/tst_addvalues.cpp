@@ -99,6 +99,29 @@ private slots:
         QCOMPARE(shown(5), QStringLiteral("39"));
     }
 
+    // Tab walks days, hours, minutes, seconds, then (by the handler) the usage text; also in
+    // a window that is not the active one, as under an X server without a window manager.
+    void tabWalksTheFields_data()
+    {
+        QTest::addColumn<bool>("active");
+        QTest::newRow("active window") << true;
+        QTest::newRow("another window is active") << false;
+    }
+    void tabWalksTheFields()
+    {
+        QFETCH(bool, active);
+        QWidget other;
+        if (!active) {
+            other.show();
+            other.activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(&other));
+        }
+        for (QWidget* next : std::initializer_list<QWidget*>{field(3), field(4), field(5), w->TextArea1}) {
+            QTest::keyClick(w->focusWidget(), Qt::Key_Tab);
+            QCOMPARE(w->focusWidget(), next);
+        }
+    }
+
     void yearAndMonthBox()
     {
         click(w->AddValCheckBox);
