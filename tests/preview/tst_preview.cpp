@@ -1,6 +1,7 @@
-// The preview pane: fitting, placement after a reduced decode, and files that are no picture.
+// The preview pane (a picture fitted into its square, placed after a reduced decode, nothing
+// for a file that is no picture) and the hover tag that shows a row's whole file name.
 
-#include <QTemporaryDir>
+#include <QLineEdit>
 #include <QtTest>
 
 #include "platform/Canvas.h"
@@ -8,24 +9,9 @@
 #include "platform/OneShotTimer.h"
 #include "platform/ScaledPicture.h"
 #include "shell/Window1.h"
+#include "support/TiffBuilder.h"
 
 namespace {
-
-// One row whose first cell tag is the file, as the table keeps it.
-int addRow(Window1& w, const QString& file)
-{
-    w.ListBox1->AddRow(QFileInfo(file).fileName());
-    const int row = w.ListBox1->ListCount() - 1;
-    w.ListBox1->setCellTag(row, 0, QVariant::fromValue(FolderItem(file)));
-    return row;
-}
-
-QString writeFile(const QTemporaryDir& dir, const QByteArray& content, const char* name = "file")
-{
-    QFile f(dir.filePath(QString::fromLatin1(name)));
-    return f.open(QIODevice::WriteOnly | QIODevice::Truncate) && f.write(content) == content.size() ? f.fileName()
-                                                                                                : QString();
-}
 
 QByteArray redPicture(QSize size, const char* format = "JPEG")
 {
@@ -33,9 +19,7 @@ QByteArray redPicture(QSize size, const char* format = "JPEG")
     red.fill(Qt::red);
     QByteArray bytes;
     QBuffer b(&bytes);
-    b.open(QIODevice::WriteOnly);
-    red.save(&b, format, 95);
-    return bytes;
+    return b.open(QIODevice::WriteOnly) && red.save(&b, format, 95) ? bytes : QByteArray();
 }
 
 }  // namespace
@@ -43,106 +27,116 @@ QByteArray redPicture(QSize size, const char* format = "JPEG")
 class TestPreview : public QObject {
     Q_OBJECT
     QTemporaryDir dir;
+    Window1* w = nullptr;
 
 private slots:
-    void fitting_data()
+    void initTestCase()
     {
-        QTest::addColumn<int>("w");
-        QTest::addColumn<int>("h");
-        QTest::addColumn<QList<int>>("fitted");  // box width, box height, offset x, offset y
-        QTest::newRow("landscape 4000x3000") << 4000 << 3000 << QList<int>{200, 150, 0, 25};
-        QTest::newRow("portrait 3000x4000") << 3000 << 4000 << QList<int>{150, 200, 25, 0};
-        QTest::newRow("square takes the wide branch") << 1000 << 1000 << QList<int>{200, 200, 0, 0};
-        QTest::newRow("small tall is enlarged") << 50 << 100 << QList<int>{100, 200, 50, 0};
-        QTest::newRow("truncated width, rounded-down offset") << 333 << 1000 << QList<int>{66, 200, 67, 0};
-        QTest::newRow("one by twenty thousand") << 1 << 20000 << QList<int>{0, 200, 100, 0};
-    }
-    void fitting()
-    {
-        QFETCH(int, w);
-        QFETCH(int, h);
-        QFETCH(QList<int>, fitted);
-        Window1 win;
-        int bw = 200, bh = 200, ox = -1, oy = -1;
-        win.optimizePictureSize(w, h, bw, bh, ox, oy);
-        QCOMPARE((QList<int>{bw, bh, ox, oy}), fitted);
+        w = Window1::instance();
+        QVERIFY(QTest::qWaitForWindowExposed(w));
+        QTRY_COMPARE(w->Timer4->Mode(), 0);  // the opening's sort has passed
+        QVERIFY(writeBytes(dir.filePath("before"), redPicture(QSize(40, 30))));
     }
 
-    // Decoded at a reduced scale, a picture still lands at its stored size times fitted width
-    // over stored width, centred, and unturned whatever its orientation code says.
-    void placement_data()
-    {
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<int>("decodedWidth");
-        QTest::addColumn<QRectF>("drawn");
-        QTest::newRow("landscape, an eighth") << QSize(1600, 1200) << 200 << QRectF(0, 25, 200, 150);
-        QTest::newRow("portrait, an eighth") << QSize(1200, 1600) << 150 << QRectF(25, 0, 150, 200);
-        QTest::newRow("square, a quarter") << QSize(800, 800) << 200 << QRectF(0, 0, 200, 200);
-        QTest::newRow("enlarged twice, whole") << QSize(50, 100) << 50 << QRectF(50, 0, 100, 200);
-        QTest::newRow("scale from width only") << QSize(333, 1000) << 83 << QRectF(67, 0.9, 66, 198.2);
-        QTest::newRow("one pixel wide draws nothing") << QSize(1, 4000) << 1 << QRectF();
-    }
-    void placement()
-    {
-        QFETCH(QSize, size);
-        QFETCH(int, decodedWidth);
-        QFETCH(QRectF, drawn);
-        const QString file = writeFile(dir, redPicture(size));
-        const ScaledPicture reduced = openScaledPicture(file, QSize(200, 200));
-        QCOMPARE(reduced.fullSize, size);
-        QCOMPARE(reduced.image.width(), decodedWidth);
-
-        Window1 w;
-        const int row = addRow(w, file);
-        w.ListBox1->setCellTag(row, 6, 6);  // asks for a quarter turn
-        w.drawCanvas(row);
-        const QImage b = w.Canvas1->Backdrop();
-        QCOMPARE(b.size(), QSize(200, 200));
-        for (int y = 1; y < 200; y += 3)
-            for (int x = 1; x < 200; x += 3) {
-                const QRgb c = b.pixel(x, y);
-                const bool red = qRed(c) > 240 && qGreen(c) < 16 && qBlue(c) < 16;
-                if (!drawn.isEmpty() && drawn.adjusted(2, 2, -2, -2).contains(x, y))
-                    QVERIFY2(red, qPrintable(QStringLiteral("inside at %1,%2").arg(x).arg(y)));
-                else if (!drawn.adjusted(-2, -2, 2, 2).contains(x, y))
-                    QVERIFY2(c == qRgb(255, 255, 255), qPrintable(QStringLiteral("outside at %1,%2").arg(x).arg(y)));
-            }
-    }
-
-    // What isn't a picture leaves the pane empty; a TIFF shows, a truncated JPEG what decodes.
-    void badFiles_data()
+    // Selected after a picture: decoded at a reduced scale, a picture still lands at its
+    // stored size times fitted width over stored width, centred, and unturned whatever its
+    // orientation code says. A truncated JPEG shows what decodes; what is no picture leaves
+    // the pane empty.
+    void picture_data()
     {
         QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<bool>("shows");
+        QTest::addColumn<int>("decodedWidth");  // -1: the pane stays empty; 0: not looked at
+        QTest::addColumn<QRectF>("drawn");
         const QByteArray jpeg = redPicture(QSize(640, 480));
-        QTest::newRow("text file") << QByteArray("just some words\n") << false;
-        QTest::newRow("empty file") << QByteArray() << false;
+        QTest::newRow("landscape, an eighth") << redPicture({1600, 1200}) << 200 << QRectF(0, 25, 200, 150);
+        QTest::newRow("portrait, an eighth") << redPicture({1200, 1600}) << 150 << QRectF(25, 0, 150, 200);
+        QTest::newRow("enlarged twice, whole") << redPicture({50, 100}) << 50 << QRectF(50, 0, 100, 200);
+        QTest::newRow("width truncated, sets the scale") << redPicture({3, 400}) << 1 << QRectF(99.5, 33.3, 1, 133.3);
+        QTest::newRow("one pixel wide draws nothing") << redPicture({1, 4000}) << 1 << QRectF();
+        QTest::newRow("tiff") << redPicture({64, 48}, "TIFF") << 64 << QRectF(0, 25, 200, 150);
+        QTest::newRow("truncated jpeg") << jpeg.left(jpeg.size() / 2) << 0 << QRectF();
+        QTest::newRow("jpeg header only") << jpeg.left(300) << -1 << QRectF();
         QTest::newRow("corrupt tiff") << QByteArray::fromHex("49492a0008000000ffff010103") + QByteArray(200, '\xee')
-                                      << false;
-        QTest::newRow("jpeg header only") << jpeg.left(300) << false;
-        QTest::newRow("truncated jpeg") << jpeg.left(jpeg.size() / 2) << true;
-        QTest::newRow("tiff") << redPicture(QSize(64, 48), "TIFF") << true;
+                                      << -1 << QRectF();
+        QTest::newRow("text file") << QByteArray("just some words\n") << -1 << QRectF();
     }
-    void badFiles()
+    void picture()
     {
         QFETCH(QByteArray, content);
-        QFETCH(bool, shows);
-        Window1 w;
-        w.drawCanvas(addRow(w, writeFile(dir, content)));
-        QCOMPARE(!w.Canvas1->Backdrop().isNull(), shows);
+        QFETCH(int, decodedWidth);
+        QFETCH(QRectF, drawn);
+        const QString file = dir.filePath(QTest::currentDataTag());
+        QVERIFY(writeBytes(file, content));
+        if (decodedWidth > 0)
+            QCOMPARE(openScaledPicture(file, QSize(200, 200)).image.width(), decodedWidth);
+        const auto select = [&](const QString& path) {
+            const int row = w->ListBox1->ListCount();
+            w->ListBox1->AddRow(QFileInfo(path).fileName());
+            w->ListBox1->setCellTag(row, 0, QVariant::fromValue(FolderItem(path)));
+            w->ListBox1->setCellTag(row, 6, 6);  // asks for a quarter turn
+            w->ListBox1->setListIndex(row);
+            return w->Canvas1->Backdrop();
+        };
+        w->ListBox1->DeleteAllRows();
+        QVERIFY(!select(dir.filePath("before")).isNull());
+        const QImage b = select(file);
+        QCOMPARE(b.isNull(), decodedWidth < 0);
+        // Sampled every 3 pixels, with 2 pixels of slack at the edges.
+        const QRectF inner = drawn.adjusted(2, 2, -2, -2), outer = drawn.adjusted(-2, -2, 2, 2);
+        QList<QPoint> wrong;
+        for (int y = 1; decodedWidth > 0 && y < 200; y += 3)
+            for (int x = 1; x < 200; x += 3) {
+                const QRgb c = b.pixel(x, y);
+                if (inner.isValid() && inner.contains(x, y) ? qRed(c) < 240 || qGreen(c) > 16 || qBlue(c) > 16
+                                                            : !outer.contains(x, y) && c != qRgb(255, 255, 255))
+                    wrong << QPoint(x, y);
+            }
+        QCOMPARE(wrong.value(0, QPoint(-1, -1)), QPoint(-1, -1));  // the first pixel out of place
     }
 
-    // Selecting a row shows its picture; moving on to a file without one empties the pane.
-    void selectionChange()
+    // Real pointer moves over a table 830 wide: rows counted at 15 pixels below a 15-pixel
+    // header, the first quarter of the width. The tag stands 5 pixels off the pointer, 9
+    // pixels wide for a one-byte character, 12 for two bytes, 15 for three, plus 20.
+    void hoverTag_data()
     {
-        Window1 w;
-        QTRY_COMPARE(w.Timer4->Mode(), 0);  // the opening's sort has passed
-        addRow(w, writeFile(dir, "words", "notes.txt"));
-        addRow(w, writeFile(dir, redPicture(QSize(40, 30)), "picture.jpg"));
-        for (const int row : {1, 0, 1, -1}) {
-            w.ListBox1->setListIndex(row);
-            QCOMPARE(w.Canvas1->Backdrop().isNull(), row != 1);
-        }
+        QTest::addColumn<QStringList>("names");
+        QTest::addColumn<int>("scroll");
+        QTest::addColumn<QPoint>("at");
+        QTest::addColumn<int>("shownRow");  // -1: hidden
+        QTest::addColumn<int>("width");
+        const QStringList five = {"IMG_0001.JPG", "写真.jpg", "éèàç", "d", "e"}, two = five.mid(0, 2);
+        const QStringList forty = QString("0123456789abcdefghijklmnopqrstuvwxyzABCD").split("", Qt::SkipEmptyParts);
+        QTest::newRow("y 15 is the header") << five << 0 << QPoint(10, 15) << -1 << 0;
+        QTest::newRow("y 16 is the first row") << five << 0 << QPoint(10, 16) << 0 << 128;
+        QTest::newRow("y 46 is row 2") << five << 0 << QPoint(10, 46) << 2 << 68;
+        QTest::newRow("x at the limit") << five << 0 << QPoint(207, 20) << -1 << 0;
+        QTest::newRow("x one below the limit, last row") << two << 0 << QPoint(206, 44) << 1 << 86;
+        QTest::newRow("below the last row") << two << 0 << QPoint(10, 50) << -1 << 0;
+        QTest::newRow("scrolled by 3, y 16") << forty << 3 << QPoint(10, 16) << 3 << 29;
+    }
+    void hoverTag()
+    {
+        QFETCH(QStringList, names);
+        QFETCH(QPoint, at);
+        QFETCH(int, shownRow);
+        QFETCH(int, scroll);
+        w->ListBox1->DeleteAllRows();
+        for (const QString& name : names)
+            w->ListBox1->AddRow(name);
+        w->ListBox1->setScrollPosition(scroll);
+        w->FileNameTag->setVisible(true);  // a move that doesn't show it hides it
+        QWidget* view = w->ListBox1->viewport();
+        QTest::mouseMove(view, at - view->mapTo(w->ListBox1, QPoint(0, 0)));
+        QTRY_COMPARE(w->FileNameTag->isVisible(), shownRow >= 0);
+        if (shownRow < 0)
+            return;
+        QCOMPARE(w->FileNameTag->text(), names[shownRow]);
+        QCOMPARE(w->FileNameTag->font().pixelSize(), 12);
+        QTEST(w->FileNameTag->width(), "width");
+        QCOMPARE(w->FileNameTag->height(), 22);
+        QCOMPARE(w->FileNameTag->mapTo(w, QPoint(0, 0)), w->ListBox1->mapTo(w, at + QPoint(5, 5)));
+        QTest::mouseMove(w, w->ListBox1->mapTo(w, QPoint(-10, -10)));
+        QTRY_VERIFY(!w->FileNameTag->isVisible());
     }
 };
 
