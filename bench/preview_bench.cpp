@@ -1,6 +1,6 @@
 // How long selecting a large photo takes to show its preview.
 //
-//   build/bench/bench_preview [WIDTH HEIGHT] [RUNS]
+//   bench/preview (or build-bench/bench/preview_bench) [WIDTH HEIGHT] [RUNS]
 //
 // Makes a WIDTHxHEIGHT JPEG (default 6000x4000, quality 92) of a smooth scene under heavy
 // sensor-like noise (each channel off by up to 40 either way; noise is what makes the

@@ -1,6 +1,6 @@
 // Per-file cost of taking photographs in: the file dates, a read stream and the reads that
 // the Exif walk makes, against a bare open, six preads and a close of the same files.
-// Usage: bench_intake [files=2000] [rounds=5]. Run it on a Release build.
+// Usage: stream_bench [files=2000] [rounds=5]. Run it on a Release build.
 #include "platform/FolderItem.h"
 #include "platform/MemoryBlock.h"
 

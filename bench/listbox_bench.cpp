@@ -1,7 +1,7 @@
 // Fills the file table as a drop of 100,000 files would (AddRow, five texts, six ticks,
 // four tags per row: the file, its modification date and two offsets) with the table shown, sorts it, removes every tenth row, and prints
 // the times and the process's resident memory. Run by hand on a Release build:
-//   QT_QPA_PLATFORM=offscreen build/bench/bench_listbox [rows] [screenshot.png]
+//   QT_QPA_PLATFORM=offscreen build-bench/bench/listbox_bench [rows] [screenshot.png]
 #include "platform/Date.h"
 #include "platform/FolderItem.h"
 #include "platform/Listbox.h"
