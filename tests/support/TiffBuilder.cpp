@@ -1,129 +1,87 @@
 #include "support/TiffBuilder.h"
 
+#include <QDateTime>
 #include <QFile>
 
-int TiffBuilder::directory()
+#include "platform/Listbox.h"
+#include "shell/Window1.h"
+
+QByteArray TiffBuilder::number(quint32 v, int size) const
 {
-    dirs_.append(Directory{});
-    return int(dirs_.size()) - 1;
+    QByteArray b(size, '\0');
+    for (int i = 0; i < size; ++i)
+        b[le ? i : size - 1 - i] = char(v >> (8 * i));
+    return b;
 }
-
-void TiffBuilder::entry(int dir, int tag, int type, qint64 count, quint32 value)
-{
-    dirs_[dir].entries.append({tag, type, count, u32(value)});
-}
-
-void TiffBuilder::entryBytes(int dir, int tag, int type, qint64 count, const QByteArray& value)
-{
-    QByteArray four = value.left(4);
-    four.append(4 - four.size(), '\0');
-    dirs_[dir].entries.append({tag, type, count, four});
-}
-
-int TiffBuilder::entryData(int dir, int tag, int type, qint64 count, const QByteArray& data)
-{
-    data_.append(data);
-    dataDir_.append(dir);
-    Entry e{tag, type, count, {}};
-    e.data = int(data_.size()) - 1;
-    dirs_[dir].entries.append(e);
-    return e.data;
-}
-
-void TiffBuilder::link(int dir, int tag, int target, int type)
-{
-    Entry e{tag, type, 1, {}};
-    e.link = target;
-    dirs_[dir].entries.append(e);
-}
-
-void TiffBuilder::next(int dir, int target) { dirs_[dir].nextDir = target; }
-void TiffBuilder::nextOffset(int dir, qint32 offset) { dirs_[dir].nextDir = -1, dirs_[dir].nextRaw = offset; }
-void TiffBuilder::firstOffset(qint32 offset) { first_ = offset; }
-void TiffBuilder::declareCount(int dir, int n) { dirs_[dir].declared = n; }
-void TiffBuilder::gapBefore(int dir, int bytes) { dirs_[dir].gap = bytes; }
-
-TiffBuilder::Layout TiffBuilder::layout() const
-{
-    Layout l;
-    qint64 at = 8;
-    l.data.resize(data_.size());
-    for (int d = 0; d < dirs_.size(); ++d) {
-        at += dirs_[d].gap;
-        l.dirs.append(at);
-        at += 2 + 12 * dirs_[d].entries.size() + 4;
-        for (int k = 0; k < data_.size(); ++k) {
-            if (dataDir_[k] != d)
-                continue;
-            l.data[k] = at;
-            at += data_[k].size() + (data_[k].size() & 1);
-        }
-    }
-    l.size = at;
-    return l;
-}
-
-qint64 TiffBuilder::directoryOffset(int dir) const { return layout().dirs.at(dir); }
-qint64 TiffBuilder::valueOffset(int handle) const { return layout().data.at(handle); }
 
 QByteArray TiffBuilder::bytes() const
 {
-    const Layout l = layout();
-    QByteArray out(l.size, '\0');
-    auto put = [&out](qint64 at, const QByteArray& b) { out.replace(at, b.size(), b); };
-
-    put(0, le_ ? QByteArray("II\x2A\0", 4) : QByteArray("MM\0\x2A", 4));
-    put(4, u32(quint32(first_.value_or(dirs_.isEmpty() ? 0 : qint32(l.dirs[0])))));
-    for (int d = 0; d < dirs_.size(); ++d) {
-        const Directory& dir = dirs_[d];
-        qint64 at = l.dirs[d];
-        put(at, u16(quint16(dir.declared.value_or(int(dir.entries.size())))));
-        at += 2;
-        for (const Entry& e : dir.entries) {
-            QByteArray value = e.value;
-            if (e.data >= 0)
-                value = u32(quint32(l.data[e.data]));
-            else if (e.link >= 0)
-                value = e.type == 3 || e.type == 8 ? u16(quint16(l.dirs[e.link])) + QByteArray(2, '\0')
-                                                   : u32(quint32(l.dirs[e.link]));
-            put(at, u16(quint16(e.tag)) + u16(quint16(e.type)) + u32(quint32(e.count)) + value);
-            at += 12;
-        }
-        put(at, u32(dir.nextDir >= 0 ? quint32(l.dirs[dir.nextDir]) : quint32(dir.nextRaw)));
+    QList<qint64> at;  // where each directory starts
+    qint64 end = 8;
+    for (const Directory& d : dirs) {
+        at << end + d.gap;
+        end = at.last() + 6 + 12 * d.entries.size();
+        for (const Entry& e : d.entries)
+            end += e.data.size() + (e.data.size() & 1);
     }
-    for (int k = 0; k < data_.size(); ++k)
-        put(l.data[k], data_[k]);
+    QByteArray out = (le ? QByteArray("II\x2A\0", 4) : QByteArray("MM\0\x2A", 4)) + number(dirs.isEmpty() ? 0 : at[0], 4);
+    for (int k = 0; k < dirs.size(); ++k) {
+        QByteArray values;
+        const qint64 valuesAt = at[k] + 6 + 12 * dirs[k].entries.size();
+        out = out.leftJustified(at[k], '\0') + number(dirs[k].entries.size(), 2);
+        for (const Entry& e : dirs[k].entries) {
+            const qint64 offset = e.link >= 0 ? at[e.link] : valuesAt + values.size();
+            out += number(e.tag, 2) + number(e.type, 2) + number(e.count, 4) + (e.value.isEmpty() ? number(offset, 4) : e.value);
+            values += e.data + QByteArray(e.data.size() & 1, '\0');
+        }
+        out += number(dirs[k].next >= 0 ? at[dirs[k].next] : 0, 4) + values;
+    }
     return out;
-}
-
-QByteArray TiffBuilder::u16(quint16 v) const
-{
-    QByteArray b(2, '\0');
-    b[le_ ? 0 : 1] = char(v);
-    b[le_ ? 1 : 0] = char(v >> 8);
-    return b;
-}
-
-QByteArray TiffBuilder::u32(quint32 v) const
-{
-    QByteArray b(4, '\0');
-    for (int i = 0; i < 4; ++i)
-        b[le_ ? i : 3 - i] = char(v >> (8 * i));
-    return b;
 }
 
 QByteArray TiffBuilder::jpeg(const QByteArray& tiff)
 {
-    const int length = 2 + 6 + int(tiff.size());
-    QByteArray out("\xFF\xD8\xFF\xE1", 4);
-    out += char(length >> 8);
-    out += char(length);
-    out += QByteArray("Exif\0\0", 6) + tiff + QByteArray("\xFF\xD9", 2);
-    return out;
+    const int length = 8 + int(tiff.size());
+    return QByteArray("\xFF\xD8\xFF\xE1", 4) + char(length >> 8) + char(length) + QByteArray("Exif\0\0", 6) + tiff + "\xFF\xD9";
 }
 
-bool writeBytes(const QString& path, const QByteArray& bytes)
+TiffBuilder camera(bool le, const QByteArray& d306, const QByteArray& d36867, const QByteArray& d36868)
+{
+    TiffBuilder t(le);
+    const int ifd0 = t.directory(), exif = t.directory(), ifd1 = t.directory();
+    t.entry(ifd0, 274, 3, 1, t.number(6, 2));
+    t.ascii(ifd0, 306, d306);
+    t.link(ifd0, 34665, exif);
+    t.next(ifd0, ifd1);
+    t.ascii(exif, 36867, d36867);
+    t.ascii(exif, 36868, d36868);
+    t.entry(ifd1, 259, 3, 1, t.number(6, 2));
+    return t;
+}
+
+bool writeBytes(const QString& path, const QByteArray& bytes, int hoursAgo)
 {
     QFile file(path);
-    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(bytes) == bytes.size();
+    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(bytes) == bytes.size() && file.flush() &&
+           file.setFileTime(QDateTime::currentDateTime().addSecs(-3600 * hoursAgo), QFileDevice::FileModificationTime);
+}
+
+QString exifView(const Window1& w, int row)
+{
+    QStringList out;
+    for (int column = 3; column <= 5; ++column) {
+        const QString text = w.ListBox1->Cell(row, column);
+        const QVariant tag = w.ListBox1->CellTag(row, column);
+        out << (!tag.isValid() ? (text == kNoExif ? QStringLiteral("-") : text + "@-") : text + '@' + QString::number(tag.toDouble(), 'g', 17));
+    }
+    const QVariant turns = w.ListBox1->CellTag(row, 6);
+    return (out << (turns.isValid() ? turns.toString() : QStringLiteral("-"))).join(QStringLiteral(" | "));
+}
+
+QString seen(const QByteArray& f, const QList<QByteArray>& dates, int turns)
+{
+    QStringList out;
+    for (const QByteArray& date : dates)
+        out << (date.isEmpty() ? QStringLiteral("-") : QString::fromLatin1(date) + '@' + QString::number(f.indexOf(date)));
+    return (out << (turns < 0 ? QStringLiteral("-") : QString::number(turns))).join(QStringLiteral(" | "));
 }

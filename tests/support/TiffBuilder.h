@@ -1,82 +1,55 @@
 #pragma once
 #include <QByteArray>
+#include <QList>
 #include <QString>
-#include <QVector>
-#include <QtGlobal>
 
-#include <optional>
+class Window1;
 
-// Writes TIFF structures in either byte order: directories with any tag, type, count and
-// value, chained or not, well-formed or broken. The header stands at byte 0 of bytes();
-// put a prefix before it (jpeg(), or any junk) to move the signature. Offsets count from
-// the header, as in the file.
-//
-// Layout: the 8-byte header, then each directory in the order made, each followed by the
-// values that it keeps elsewhere (padded to even length).
+// Writes TIFF blocks in either byte order, well-formed or broken: the 8-byte header, then each
+// directory in the order made (after gap zero bytes), each followed by the values it keeps
+// elsewhere. Offsets count from the header, as in the file.
 class TiffBuilder {
 public:
-    explicit TiffBuilder(bool littleEndian) : le_(littleEndian) {}
-
-    int directory();
-    // An entry whose four value bytes are the number given, in the file's byte order.
-    void entry(int dir, int tag, int type, qint64 count, quint32 value);
-    // An entry with its four value bytes exactly as given (cut or zero-padded to four).
-    void entryBytes(int dir, int tag, int type, qint64 count, const QByteArray& value);
-    // An entry whose value lies after the directory; the entry holds its offset. Returns a
-    // handle for valueOffset().
-    int entryData(int dir, int tag, int type, qint64 count, const QByteArray& data);
-    // A type 2 value with its NUL, count = length + 1, kept after the directory.
-    int ascii(int dir, int tag, const QByteArray& text) { return entryData(dir, tag, 2, text.size() + 1, text + '\0'); }
-    // An entry that holds the offset of another directory, as the Exif pointer does.
-    void link(int dir, int tag, int target, int type = 4);
-
-    void next(int dir, int target);         // the next-directory offset names target
-    void nextOffset(int dir, qint32 offset);  // ... or any number
-    void firstOffset(qint32 offset);        // the header's offset; default: directory 0
-    void declareCount(int dir, int n);      // the count field, whatever was written
-    void gapBefore(int dir, int bytes);     // zero bytes in front of the directory
-
+    explicit TiffBuilder(bool littleEndian) : le(littleEndian) {}
+    int directory(int gap = 0) { dirs.append({{}, gap, -1}); return int(dirs.size()) - 1; }
+    // An entry with its four value bytes as given, padded with zeros.
+    void entry(int dir, int tag, int type, qint64 count, const QByteArray& value) { add(dir, {tag, type, count, value.leftJustified(4, '\0'), {}}); }
+    // An entry whose value is kept after its directory; the entry holds the value's offset.
+    void stored(int dir, int tag, int type, qint64 count, const QByteArray& data) { add(dir, {tag, type, count, {}, data}); }
+    void ascii(int dir, int tag, const QByteArray& text) { stored(dir, tag, 2, text.size() + 1, text + '\0'); }
+    // A LONG entry that holds the offset of another directory, as the Exif pointer does.
+    void link(int dir, int tag, int target) { add(dir, {tag, 4, 1, {}, {}, target}); }
+    void next(int dir, int target) { dirs[dir].next = target; }
     QByteArray bytes() const;
-    qint64 directoryOffset(int dir) const;
-    qint64 valueOffset(int handle) const;
-
-    // The number in the file's byte order.
-    QByteArray u16(quint16 v) const;
-    QByteArray u32(quint32 v) const;
-
-    // A JPEG that holds the TIFF block in an Exif APP1 segment right after SOI; the
-    // header then stands at kJpegTiffStart.
+    QByteArray number(quint32 v, int size) const;  // in the file's byte order
+    // A JPEG whose Exif segment comes right after SOI: the header stands at 12.
     static QByteArray jpeg(const QByteArray& tiff);
-    static constexpr int kJpegTiffStart = 12;
 
 private:
     struct Entry {
         int tag, type;
         qint64 count;
-        QByteArray value;    // four bytes, unless data or link is set
-        int data = -1;       // index into data_
-        int link = -1;       // target directory
+        QByteArray value, data;
+        int link = -1;
     };
     struct Directory {
-        QVector<Entry> entries;
-        std::optional<int> declared;
-        int nextDir = -1;
-        qint32 nextRaw = 0;
-        int gap = 0;
+        QList<Entry> entries;
+        int gap, next;
     };
-    struct Layout {
-        QVector<qint64> dirs;
-        QVector<qint64> data;
-        qint64 size = 0;
-    };
-    Layout layout() const;
-
-    bool le_;
-    QVector<Directory> dirs_;
-    QVector<QByteArray> data_;
-    QVector<int> dataDir_;
-    std::optional<qint32> first_;
+    void add(int dir, const Entry& e) { dirs[dir].entries.append(e); }
+    bool le;
+    QList<Directory> dirs;
 };
 
-// Writes bytes to path, replacing what is there; false when that fails.
-bool writeBytes(const QString& path, const QByteArray& bytes);
+// A camera's layout: IFD0 with orientation 6, date 306 and the Exif pointer to directory 1,
+// which holds dates 36867 and 36868; then IFD1, the thumbnail's, as directory 2.
+TiffBuilder camera(bool le, const QByteArray& d306, const QByteArray& d36867, const QByteArray& d36868);
+
+// Writes bytes to path, modified hoursAgo hours ago; false when that fails.
+bool writeBytes(const QString& path, const QByteArray& bytes, int hoursAgo = 0);
+
+// A row's Exif cells as text that reads well in a failed comparison: "text@position" for
+// columns 3 to 5 ("-" for the marker without a tag), then the turns in column 6's tag ("-": none).
+QString exifView(const Window1& w, int row);
+// The same view expected of a file: each date where it first stands in f ("" for the marker).
+QString seen(const QByteArray& f, const QList<QByteArray>& dates, int turns = -1);

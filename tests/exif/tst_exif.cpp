@@ -1,0 +1,231 @@
+// The Exif reader, driven through addFileToTable: what each entry type shows, where the walk
+// goes and where it stops, what exiftool says of real files, and thousands of broken files.
+#include <QtTest>
+
+#include <QProcess>
+#include <QRandomGenerator>
+
+#include "platform/Listbox.h"
+#include "shell/Window1.h"
+#include "support/TiffBuilder.h"
+
+namespace {
+
+const bool LE = true, BE = false;
+const QByteArray A = "2001:02:03 04:05:06", B = "2002:03:04 05:06:07", C = "2003:04:05 06:07:08";
+const char* const nothing = "- | - | - | -";
+const double kStored = -1;
+
+QByteArray h(const char* hex) { return QByteArray::fromHex(hex); }
+QByteArray cameraFile(bool le) { return camera(le, A, B, C).bytes(); }
+
+// Tag 306 alone in IFD0 of a JPEG, with its four value bytes and the position its cell's tag
+// must hold; or, for at = kStored, with value kept elsewhere, where the tag must point.
+void only306(const char* name, bool le, int type, qint64 count, const QByteArray& value, const QString& text, double at = 0)
+{
+    TiffBuilder t(le);
+    at == kStored ? t.stored(t.directory(), 306, type, count, value) : t.entry(t.directory(), 306, type, count, value);
+    const QByteArray f = TiffBuilder::jpeg(t.bytes());
+    QTest::newRow(name) << f << text + '@' + QString::number(at == kStored ? f.indexOf(value) : at, 'g', 17) + " | - | - | -";
+}
+
+void orientation(const QByteArray& name, bool le, int type, const QByteArray& value, int turns)
+{
+    TiffBuilder t(le);
+    t.entry(t.directory(), 274, type, 1, value);
+    QTest::newRow(name) << t.bytes() << "- | - | - | " + QString::number(turns);
+}
+
+}  // namespace
+
+class TestExif : public QObject {
+    Q_OBJECT
+    QTemporaryDir tmp;
+    Window1 w;
+
+    QString add(const QByteArray& file)
+    {
+        const QString path = tmp.filePath("file");
+        writeBytes(path, file);
+        w.clearTables();
+        w.addFileToTable(FolderItem(path));
+        return exifView(w, 0);
+    }
+
+private slots:
+    void reads_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QString>("seen");
+
+        only306("LONG, big-endian", BE, 4, 1, h("0000002A"), "0000002A");
+        only306("LONG, little-endian, same bytes", LE, 4, 1, h("0000002A"), "2A000000");
+        only306("SLONG -1 keeps 32 bits", BE, 9, 1, h("FFFFFFFF"), "FFFFFFFF");
+        only306("BYTE shows the first of four", BE, 1, 4, h("0A0B0C0D"), "0A");
+        only306("SBYTE", LE, 6, 1, h("FE"), "FE");
+        only306("UNDEFINED", BE, 7, 4, h("F0010203"), "F0");
+        only306("SHORT, first of two, little-endian", LE, 3, 2, h("07000900"), "7");
+        only306("SHORT is unsigned", BE, 3, 1, h("FFFE"), "65534");
+        only306("SSHORT negative", BE, 8, 1, h("FFFE"), "-2");
+        only306("FLOAT as its signed bit pattern", LE, 11, 1, h("000080BF"), "-1082130432");
+        only306("type 13: no text", LE, 13, 20, h("08"), "");
+        only306("ASCII inline: its bytes as an offset", BE, 2, 3, "ab", "", 0x61620000 + 12);
+        only306("ASCII negative offset", BE, 2, 20, h("FFFFFF9C"), "", -88);
+        only306("ASCII without NUL loses a character", BE, 2, 5, "ABCDE", "ABCD", kStored);
+        only306("ASCII count 255 is read", BE, 2, 255, QByteArray(254, 'x') + '\0', QString(254, 'x'), kStored);
+        only306("ASCII count 256 is not", LE, 2, 256, QByteArray(255, 'x') + '\0', "", kStored);
+        only306("ASCII negative count", LE, 2, -20, A + '\0', "", kStored);
+        only306("RATIONAL: first byte twice, eighth never", BE, 5, 1, h("0102030405060708"), "01 01 02 03 04 05 06 07", kStored);
+        only306("SRATIONAL, as stored", LE, 10, 1, h("FFFEFDFC80000001"), "FF FF FE FD FC 80 00 00", kStored);
+        only306("DOUBLE, little-endian", LE, 12, 1, h("000000000000F83F"), "1.5", kStored);
+
+        const int codes[] = {0, 0, 0, 2, 2, 3, 1, 1, 3, 0};
+        for (int v = 0; v <= 9; ++v)
+            orientation("orientation " + QByteArray::number(v), BE, 3, QByteArray(1, '\0') + char(v), codes[v]);
+        orientation("orientation 65535", LE, 3, h("FFFF"), 0);
+        orientation("orientation LONG 5", BE, 4, h("00000005"), 3);
+        orientation("orientation BYTE 8", BE, 1, h("08"), 3);
+
+        QByteArray f = TiffBuilder::jpeg(cameraFile(BE));
+        QTest::newRow("camera JPEG, big-endian") << f << seen(f, {A, B, C}, 1);
+        QTest::newRow("camera TIFF, little-endian") << (f = cameraFile(LE)) << seen(f, {A, B, C}, 1);
+        QTest::newRow("empty file") << QByteArray() << nothing;
+        f = QByteArray(250, 'x') + cameraFile(LE);
+        QTest::newRow("header at 250, little-endian: offset from the 2 bytes left") << f << seen(f, {A, B, C}, 1);
+        QTest::newRow("header at 250, big-endian: offset reads as 0") << QByteArray(250, 'x') + cameraFile(BE) << nothing;
+        // Directory 0 at 12: read from the header as one, "II" counts 18761 entries, whose second
+        // is directory 0's first.
+        TiffBuilder cut(LE);
+        cut.ascii(cut.directory(4), 306, A);
+        QTest::newRow("header at 252, offset cut: the header as a directory") << (f = QByteArray(252, 'x') + cut.bytes()) << seen(f, {A, {}, {}});
+        QTest::newRow("header at 253 is not found") << QByteArray(253, 'x') + cut.bytes() << nothing;
+        // The same through an Exif pointer without text; the walk goes on in the header
+        // directory, past directory 0's declared count.
+        cut.entry(0, 34665, 0, 1, {});
+        cut.ascii(0, 36868, C);
+        f = cut.bytes();
+        f[12] = 2;
+        QTest::newRow("Exif pointer without text: the header as a directory") << f << seen(f, {A, {}, C});
+        f = cameraFile(LE).left(40) + cameraFile(BE);
+        QTest::newRow("MM after II: the big-endian header is read") << f << seen(f, {A, B, C}, 1);
+        f = h("FFD8FFE0012E") + QByteArray(300, 'j') + TiffBuilder::jpeg(cameraFile(BE)).mid(2);
+        QTest::newRow("JPEG with a long segment before Exif") << f << nothing;
+        QTest::newRow("negative first offset") << cameraFile(BE).replace(4, 4, h("FFFFFF9C")) << nothing;
+        f = cameraFile(LE).replace(8, 2, h("FFFF"));
+        QTest::newRow("count of 65535 in a short file") << f << seen(f, {A, B, C}, 1);
+        f = cameraFile(BE);
+        f[37] = 9;  // the Exif pointer's type: SLONG
+        f.truncate(f.indexOf(C) + 10);
+        QTest::newRow("Exif pointer of type SLONG; value cut by the end of the file") << f << seen(f, {A, B, "2003:04:0"}, 1);
+        TiffBuilder later = camera(BE, A, B, C);
+        later.ascii(1, 306, "in the Exif directory");
+        later.ascii(2, 306, "in IFD1");
+        QTest::newRow("306 in IFD1 wins over the Exif directory and IFD0") << (f = later.bytes()) << seen(f, {"in IFD1", B, C}, 1);
+        later.next(2, 0);
+        QTest::newRow("IFD1 leads back to IFD0: pass 101 is IFD0") << (f = later.bytes()) << seen(f, {"in the Exif directory", B, C}, 1);
+        TiffBuilder empty(LE);
+        empty.next(empty.directory(), 1);
+        empty.ascii(empty.directory(), 306, A);
+        QTest::newRow("directory of no entries leads on") << (f = empty.bytes()) << seen(f, {A, {}, {}});
+        TiffBuilder many(BE);
+        many.directory();
+        for (int i = 0; i < 65534; ++i)
+            many.entry(0, 1, 1, 1, {});
+        many.ascii(0, 36868, C);
+        QTest::newRow("65535 entries, the date in the last") << (f = many.bytes()) << seen(f, {{}, {}, C});
+        // The true Exif directory at 32 (decimal); read as hexadecimal, its digits lead to 0x32
+        // = 50, where another directory stands.
+        TiffBuilder decoy(BE);
+        decoy.entry(decoy.directory(), 34665, 3, 1, h("0020"));
+        decoy.entry(decoy.directory(6), 36867, 4, 1, h("00001234"));
+        decoy.ascii(decoy.directory(), 36867, B);
+        QTest::newRow("Exif pointer of type SHORT: decimal read as hexadecimal") << (f = decoy.bytes()) << seen(f, {{}, B, {}});
+        TiffBuilder nested(BE);
+        nested.directory();
+        for (int n = 0; n < 103; ++n) {
+            nested.link(n, 34665, nested.directory());
+            nested.ascii(n + 1, 36867, "date " + QByteArray::number(n) + '.');
+        }
+        QTest::newRow("nested Exif pointers: 101 are followed") << (f = nested.bytes()) << seen(f, {{}, "date 100.", {}});
+    }
+
+    void reads()
+    {
+        QFETCH(QByteArray, file);
+        QTEST(add(file), "seen");
+    }
+
+    // JPEGs written by exiftool: the dates it reports, where they stand, and the turns that
+    // its orientation value asks for.
+    void sameAsExiftool_data()
+    {
+        QTest::addColumn<QStringList>("writes");
+        const QString thumbnail = "-ThumbnailImage<=" + tmp.filePath("thumbnail.jpg");
+        const QStringList dates{"-IFD0:ModifyDate=2001:02:03 04:05:06", "-ExifIFD:DateTimeOriginal=2002:03:04 05:06:07",
+                                "-ExifIFD:CreateDate=2003:04:05 06:07:08"};
+        QTest::newRow("MM, orientation 6, thumbnail") << QStringList{"-ExifByteOrder=MM", "-IFD0:Orientation#=6", thumbnail} + dates;
+        QTest::newRow("II, mirrored 5, thumbnail, no 306") << QStringList{"-ExifByteOrder=II", "-IFD0:Orientation#=5", thumbnail} + dates.mid(1);
+        QTest::newRow("MM, shooting date only") << QStringList{"-ExifByteOrder=MM", dates[1]};
+    }
+
+    void sameAsExiftool()
+    {
+        QFETCH(QStringList, writes);
+        if (QStandardPaths::findExecutable(QStringLiteral("exiftool")).isEmpty())
+            QSKIP("exiftool is not installed");
+        QImage picture(96, 64, QImage::Format_RGB32);
+        picture.fill(Qt::darkCyan);
+        const QString path = tmp.filePath("real.jpg");
+        QVERIFY(picture.save(path) && picture.scaled(24, 16).save(tmp.filePath("thumbnail.jpg")));
+        QCOMPARE(QProcess::execute("exiftool", QStringList{"-q", "-overwrite_original"} + writes + QStringList{path}), 0);
+        QProcess exiftool;
+        exiftool.start("exiftool", {"-s3", "-f", "-IFD0:ModifyDate", "-ExifIFD:DateTimeOriginal", "-ExifIFD:CreateDate", "-IFD0:Orientation#", path});
+        QVERIFY(exiftool.waitForFinished(60000));
+        const QList<QByteArray> told = exiftool.readAllStandardOutput().replace("-\n", "\n").split('\n');  // "-": none
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray content = file.readAll();
+        const int codes[] = {-1, 0, 0, 2, 2, 3, 1, 1, 3};
+        QCOMPARE(add(content), seen(content, told.mid(0, 3), codes[told.value(3).toInt()]));
+    }
+
+    // Broken files made from good ones by a fixed sequence of edits: each adds one row that
+    // stays consistent, and under AddressSanitizer no read or write leaves its buffer.
+    void brokenFiles()
+    {
+        QList<QByteArray> good;
+        for (bool le : {BE, LE})
+            good << cameraFile(le) << TiffBuilder::jpeg(cameraFile(le));
+        const char interesting[] = {0x00, 0x01, 0x02, 0x7F, char(0x80), char(0xFF), 0x2A, 0x4D, 0x49, 0x0C};
+        QRandomGenerator random(20240611);
+        for (int i = 0; i < 5000; ++i) {
+            QByteArray file = good[random.bounded(int(good.size()))];
+            for (int e = 1 + random.bounded(8); e > 0 && !file.isEmpty(); --e) {
+                const int at = random.bounded(int(file.size())), kind = random.bounded(10);
+                if (kind == 0)
+                    file.truncate(at);
+                else if (kind == 1)
+                    file.insert(at, random.bounded(2) ? QByteArray("MM\0*", 4) : QByteArray("II*\0", 4));
+                else
+                    file[at] = kind < 4 ? interesting[random.bounded(10)] : char(random.bounded(256));
+            }
+            add(file);
+            QString problem;
+            for (int column = 3; column <= 5; ++column) {
+                const QVariant tag = w.ListBox1->CellTag(0, column);
+                const bool marker = w.ListBox1->Cell(0, column) == kNoExif;
+                if (marker == tag.isValid() || (marker && w.ListBox1->CellCheck(0, column)) ||
+                    (!marker && (tag.typeId() != QMetaType::Double || w.ListBox1->Cell(0, column).size() > 254)))
+                    problem += QStringLiteral(" column %1").arg(column);
+            }
+            const QVariant turns = w.ListBox1->CellTag(0, 6);
+            if (turns.isValid() && (turns.typeId() != QMetaType::LongLong || turns.toLongLong() < 0 || turns.toLongLong() > 3))
+                problem += QStringLiteral(" orientation code");
+            if (!problem.isEmpty())
+                QFAIL(qPrintable(QStringLiteral("file %1 (%2):%3").arg(i).arg(QString::fromLatin1(file.toHex()), problem)));
+        }
+    }
+};
+
+QTEST_MAIN(TestExif)
+#include "tst_exif.moc"
