@@ -6,7 +6,9 @@
 #include <QFile>
 #include <QImageReader>
 
+#include <algorithm>
 #include <cerrno>
+#include <limits>
 
 #if defined(_WIN32)
 #include <windows.h>
@@ -62,7 +64,11 @@ Date fromFileTime(const FILETIME& ft)
 
 FILETIME toFileTime(const Date& d)
 {
-    const qint64 ticks = (d.toUnixTime() + kFileTimeEpochOffset) * 10000000;
+    // FILETIME holds 1601 to about 30828; a date outside is set to the nearest end rather
+    // than overflowing the product.
+    constexpr qint64 kMaxSeconds = std::numeric_limits<qint64>::max() / 10000000;
+    const qint64 seconds = std::clamp<qint64>(d.toUnixTime() + kFileTimeEpochOffset, 0, kMaxSeconds);
+    const qint64 ticks = seconds * 10000000;
     FILETIME ft;
     ft.dwLowDateTime = DWORD(ticks & 0xFFFFFFFF);
     ft.dwHighDateTime = DWORD(quint64(ticks) >> 32);
