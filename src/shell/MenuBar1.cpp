@@ -20,6 +20,23 @@ namespace {
 
 enum class Edit { Undo, Redo, Cut, Copy, Paste, Clear };
 
+// What an item can do on a multi-line text widget, whichever of the two kinds it is.
+template <class T>
+bool canEditText(Edit what, T* t, bool hasText)
+{
+    const bool writable = !t->isReadOnly();
+    const bool selected = t->textCursor().hasSelection();
+    switch (what) {
+    case Edit::Undo: return writable && t->document()->isUndoAvailable();
+    case Edit::Redo: return writable && t->document()->isRedoAvailable();
+    case Edit::Cut: return writable && selected;
+    case Edit::Copy: return selected;
+    case Edit::Paste: return writable && hasText;
+    case Edit::Clear: return writable && selected;
+    }
+    return false;
+}
+
 // What an item can do on a text widget, and doing it. A line edit's own signals carry an
 // edit on, so an add value changed from the menu hears of it as it would of typing.
 bool canEdit(Edit what, QWidget* w)
@@ -36,30 +53,10 @@ bool canEdit(Edit what, QWidget* w)
         case Edit::Clear: return writable && e->hasSelectedText();
         }
     }
-    if (auto* t = qobject_cast<QPlainTextEdit*>(w)) {
-        const bool writable = !t->isReadOnly();
-        const bool selected = t->textCursor().hasSelection();
-        switch (what) {
-        case Edit::Undo: return writable && t->document()->isUndoAvailable();
-        case Edit::Redo: return writable && t->document()->isRedoAvailable();
-        case Edit::Cut: return writable && selected;
-        case Edit::Copy: return selected;
-        case Edit::Paste: return writable && hasText;
-        case Edit::Clear: return writable && selected;
-        }
-    }
-    if (auto* t = qobject_cast<QTextEdit*>(w)) {
-        const bool writable = !t->isReadOnly();
-        const bool selected = t->textCursor().hasSelection();
-        switch (what) {
-        case Edit::Undo: return writable && t->document()->isUndoAvailable();
-        case Edit::Redo: return writable && t->document()->isRedoAvailable();
-        case Edit::Cut: return writable && selected;
-        case Edit::Copy: return selected;
-        case Edit::Paste: return writable && hasText;
-        case Edit::Clear: return writable && selected;
-        }
-    }
+    if (auto* t = qobject_cast<QPlainTextEdit*>(w))
+        return canEditText(what, t, hasText);
+    if (auto* t = qobject_cast<QTextEdit*>(w))
+        return canEditText(what, t, hasText);
     return false;
 }
 

@@ -51,9 +51,9 @@ class ExecuteRunTest : public QObject {
     // A 256-byte file of filler with kBase and a NUL at each of kDatePos, listed in a row
     // with the given ticks ("1" to "5"; "x": the Exif cells hold no date; "g": the file has
     // gone since; "n": the row holds no file; "@p": column 3 noted at p, "@" not noted).
-    QString listFile(const QString& name, const QString& spec)
+    QString listFile(const QString& name, const QString& setup)
     {
-        const QString ticks = spec.section('@', 0, 0);
+        const QString ticks = setup.section('@', 0, 0);
         const QString path = dir->filePath(name);
         QByteArray bytes(256, char(0xA5));
         for (qint64 pos : kDatePos)
@@ -73,8 +73,8 @@ class ExecuteRunTest : public QObject {
             if (c >= 3)
                 t->setCellTag(row, c, double(kDatePos[c - 3]));
         }
-        if (spec.contains('@'))
-            t->setCellTag(row, 3, spec.endsWith('@') ? QVariant() : QVariant(spec.section('@', 1).toDouble()));
+        if (setup.contains('@'))
+            t->setCellTag(row, 3, setup.endsWith('@') ? QVariant() : QVariant(setup.section('@', 1).toDouble()));
         if (ticks.contains('g'))
             QFile::remove(path);
         return path;
