@@ -58,6 +58,14 @@ constexpr void civilFromDays(qint64 z, qint64& y, qint64& m, qint64& d)
     y = yearOfEra + era * 400 + (m <= 2 ? 1 : 0);
 }
 
+constexpr qint64 daysInMonth(qint64 y, qint64 m)
+{
+    if (m != 2)
+        return m == 4 || m == 6 || m == 9 || m == 11 ? 30 : 31;
+    const bool leap = floorMod(y, 4) == 0 && (floorMod(y, 100) != 0 || floorMod(y, 400) == 0);
+    return leap ? 29 : 28;
+}
+
 // Seconds from 1970-01-01 00:00:00 of the same (zone-less) clock.
 constexpr qint64 kMinSeconds = daysFromCivil(Date::kMinYear, 1, 1) * kSecondsPerDay;
 constexpr qint64 kMaxSeconds =
@@ -204,8 +212,26 @@ Date Date::fromUnixTime(qint64 secondsSinceEpoch, qint64 nanoseconds)
     if (seconds >= std::numeric_limits<std::time_t>::min()
         && seconds <= std::numeric_limits<std::time_t>::max()
         && toLocalFields(static_cast<std::time_t>(seconds), local)) {
-        return Date(qint64(local.tm_year) + 1900, qint64(local.tm_mon) + 1, local.tm_mday,
-                    local.tm_hour, local.tm_min, local.tm_sec);
+        const qint64 year = qint64(local.tm_year) + 1900;
+        const qint64 month = qint64(local.tm_mon) + 1;
+        // The usual case, fields that are a valid date already, is taken as it is: every
+        // file of a drop passes here three times. A leap second or a year beyond the
+        // range is carried and clamped like any other input.
+        if (year >= kMinYear && year <= kMaxYear && month >= 1 && month <= 12
+            && local.tm_mday >= 1 && local.tm_mday <= daysInMonth(year, month)
+            && local.tm_hour >= 0 && local.tm_hour < 24 && local.tm_min >= 0
+            && local.tm_min < 60 && local.tm_sec >= 0 && local.tm_sec < 60) {
+            static const Date epoch(1970, 1, 1, 0, 0, 0);  // not Date(): that is now
+            Date d = epoch;
+            d.year_ = year;
+            d.month_ = month;
+            d.day_ = local.tm_mday;
+            d.hour_ = local.tm_hour;
+            d.minute_ = local.tm_min;
+            d.second_ = local.tm_sec;
+            return d;
+        }
+        return Date(year, month, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec);
     }
     return Date(1970, 1, 1, 0, 0, seconds);
 }

@@ -172,13 +172,13 @@ void Listbox::checkRow(int row) const
     // Rows are counted from 1 for the reader.
     if (row < 0)
         throw OutOfBoundsException(QStringLiteral("No row of the list was chosen."));
-    if (row >= model_->rowCount())
+    if (row >= model_->rows())
         throw OutOfBoundsException(QStringLiteral("Row %1 is no longer in the list.").arg(qint64(row) + 1));
 }
 
 void Listbox::checkColumn(int column) const
 {
-    if (column < 0 || column >= model_->columnCount())
+    if (column < 0 || column >= model_->columns())
         throw OutOfBoundsException(QStringLiteral("The list has no column %1.").arg(qint64(column) + 1));
 }
 

@@ -23,6 +23,11 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
+    // The counts without a view's parent index: the Listbox checks every cell access
+    // against them.
+    int rows() const { return int(rows_.size()); }
+    int columns() const { return columns_; }
+
     void setColumns(int columns);
     void setHeadings(const QStringList& headings);
     void setCheckColumn(int column, bool isCheck);
