@@ -13,6 +13,9 @@
 #include "platform/MemoryBlock.h"
 #include "platform/Text.h"
 
+#include <algorithm>
+#include <string_view>
+
 namespace {
 
 // The chain of directories is followed for at most this many passes; a loop in the chain
@@ -66,16 +69,23 @@ void Window1::getExifInfo()
    A big-endian signature anywhere wins over a little-endian one, even an earlier one. */
 double Window1::getIFDEntry()
 {
-    static const QByteArray bigEndian("MM\0\x2A", 4);
-    static const QByteArray littleEndian("II\x2A\0", 4);
+    // Searched as plain bytes: JPEG data is mostly other bytes than the signatures' first,
+    // and this runs for every file that comes in.
+    constexpr std::string_view bigEndian("MM\0\x2A", 4);
+    constexpr std::string_view littleEndian("II\x2A\0", 4);
+    // 1-based place of needle in head, 0 for none.
+    const auto inStr = [](const QByteArray& head, std::string_view needle) -> qint64 {
+        const size_t at = std::string_view(head.constData(), size_t(head.size())).find(needle);
+        return at == std::string_view::npos ? 0 : qint64(at) + 1;
+    };
 
     bs->setPosition(0);
     const QByteArray head = bs->Read(256);
-    qint64 found = InStrB(head, bigEndian);
+    qint64 found = inStr(head, bigEndian);
     if (found > 0) {
         isLittleEndian = false;
     } else {
-        found = InStrB(head, littleEndian);
+        found = inStr(head, littleEndian);
         if (found > 0)
             isLittleEndian = true;
     }
@@ -178,7 +188,7 @@ QString Window1::culcType(int tag, const QByteArray& value, int type, qint64 cou
             // short by the end of the file loses a real character instead.
             if (count > 0 && count < 256) {
                 const QByteArray bytes = bs->Read(count);
-                text = QString::fromLatin1(LeftB(bytes, LenB(bytes) - 1));
+                text = QString::fromLatin1(bytes.constData(), std::max<qsizetype>(bytes.size() - 1, 0));
             }
         } else if (type == 12) {
             text = Str(bs->ReadDouble());
