@@ -45,6 +45,16 @@ int dateColumn(int tag)
 // mirroring is dropped, and any other value selects no field, which reads as 0.
 const QString kOrientationCodes = QStringLiteral("0,0,2,2,3,1,1,3");
 
+// The 32 bits as eight upper-case hexadecimal digits, leading zeros kept; a negative Long
+// shows its two's complement. Every file has an Exif pointer that comes this way.
+QString hex8(quint32 v)
+{
+    char16_t digits[8];
+    for (int i = 7; i >= 0; --i, v >>= 4)
+        digits[i] = char16_t(u"0123456789ABCDEF"[v & 0xF]);
+    return QString(reinterpret_cast<const QChar*>(digits), 8);
+}
+
 }  // namespace
 
 void Window1::getExifInfo()
@@ -171,7 +181,7 @@ QString Window1::culcType(int tag, const QByteArray& value, int type, qint64 cou
         break;
     case 4:  // LONG and SLONG alike: the 32 bits in hexadecimal
     case 9:
-        text = Right(QStringLiteral("0000000") + Hex(field.Long(0)), 8);
+        text = hex8(quint32(field.Long(0)));
         break;
     case 11:  // FLOAT: the bit pattern as a signed decimal, not the number
         text = Str(qint64(field.Long(0)));
