@@ -211,6 +211,24 @@ QByteArray BinaryStream::Read(qint64 count)
         const char* p = take(count);
         return count > 0 ? QByteArray(p, count) : QByteArray();
     }
+    return readLarge(count);
+}
+
+QByteArrayView BinaryStream::ReadView(qint64 count)
+{
+    large_.clear();
+    if (count <= 0 || fd_ < 0)
+        return {};
+    if (count <= kWindow) {
+        const char* p = take(count);
+        return QByteArrayView(p, count);
+    }
+    large_ = readLarge(count);
+    return large_;
+}
+
+QByteArray BinaryStream::readLarge(qint64 count)
+{
     // A large read: as much as the file holds from the position, straight from the file.
     const qint64 size = fileSize();
     if (size <= 0 || position_ >= quint64(size))

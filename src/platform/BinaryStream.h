@@ -27,6 +27,9 @@ public:
 
     // Up to count bytes from the position; the position moves by what was read.
     QByteArray Read(qint64 count);
+    // The same bytes as Read, without a copy of their own: the view lasts until the next
+    // call on the stream.
+    QByteArrayView ReadView(qint64 count);
     quint16 ReadUInt16();
     double ReadDouble();
     // Writes all bytes at the position, or nothing at all: a write that cannot be made
@@ -48,7 +51,8 @@ private:
     // window, and moves the position past them; count becomes what there was.
     const char* take(qint64& count);
     qint64 readAt(char* out, qint64 count, quint64 offset) const;  // one read, EINTR retried
-    qint64 fileSize() const;  // the current size, -1 if it cannot be had
+    qint64 fileSize() const;
+    QByteArray readLarge(qint64 count);  // a read beyond the window, straight from the file  // the current size, -1 if it cannot be had
 
     // The reader reads the first 256 bytes, then directories and small values that lie
     // close together near the start: one aligned window of the file, a page, serves them
@@ -62,5 +66,6 @@ private:
     quint64 position_ = 0;
     quint64 windowStart_ = 0;
     qint64 windowLength_ = 0;  // valid bytes in window_; 0: nothing cached
+    QByteArray large_;  // the bytes of the last ReadView too large for the window
     char window_[kWindow];
 };

@@ -34,7 +34,12 @@ QByteArray MemoryBlock::StringValue(qint64 offset, qint64 length) const
     return QByteArray(p, length);
 }
 
-void MemoryBlock::setStringValue(qint64 offset, qint64 length, const QByteArray& bytes)
+QByteArrayView MemoryBlock::StringView(qint64 offset, qint64 length) const
+{
+    return QByteArrayView(span(offset, length), length);
+}
+
+void MemoryBlock::setStringValue(qint64 offset, qint64 length, QByteArrayView bytes)
 {
     char* p = data_.data() + (span(offset, length) - data_.constData());
     const qint64 n = qMin<qint64>(length, bytes.size());

@@ -14,9 +14,10 @@ public:
     void setLittleEndian(bool littleEndian);
 
     QByteArray StringValue(qint64 offset, qint64 length) const;
+    QByteArrayView StringView(qint64 offset, qint64 length) const;  // valid while the block is
     // Copies the bytes to offset; a string shorter than length leaves the rest of that
     // range zero, a longer one is cut to length.
-    void setStringValue(qint64 offset, qint64 length, const QByteArray& bytes);
+    void setStringValue(qint64 offset, qint64 length, QByteArrayView bytes);
 
     quint16 UInt16Value(qint64 offset) const;
     quint16 UShort(qint64 offset) const;

@@ -103,7 +103,12 @@ private slots:
         QCOMPARE(bs->Length(), quint64(c.size));
         bs->Read(16);  // something cached first, as the reader does
         bs->setPosition(c.position);
-        QCOMPARE(bs->Read(c.count), c.got ? bytes.mid(qsizetype(c.position), c.got) : QByteArray());
+        const QByteArray expected = c.got ? bytes.mid(qsizetype(c.position), c.got) : QByteArray();
+        QCOMPARE(bs->Read(c.count), expected);
+        QCOMPARE(bs->Position(), c.position + quint64(c.got));
+        // The view reads alike, from the window or, for a large read, from its own copy.
+        bs->setPosition(c.position);
+        QCOMPARE(bs->ReadView(c.count).toByteArray(), expected);
         QCOMPARE(bs->Position(), c.position + quint64(c.got));
     }
 
