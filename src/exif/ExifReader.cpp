@@ -84,13 +84,13 @@ double Window1::getIFDEntry()
     constexpr std::string_view bigEndian("MM\0\x2A", 4);
     constexpr std::string_view littleEndian("II\x2A\0", 4);
     // 1-based place of needle in head, 0 for none.
-    const auto inStr = [](const QByteArray& head, std::string_view needle) -> qint64 {
+    const auto inStr = [](QByteArrayView head, std::string_view needle) -> qint64 {
         const size_t at = std::string_view(head.constData(), size_t(head.size())).find(needle);
         return at == std::string_view::npos ? 0 : qint64(at) + 1;
     };
 
     bs->setPosition(0);
-    const QByteArray head = bs->Read(256);
+    const QByteArrayView head = bs->ReadView(256);
     qint64 found = inStr(head, bigEndian);
     if (found > 0) {
         isLittleEndian = false;
@@ -106,7 +106,7 @@ double Window1::getIFDEntry()
     // Near the end of the 256 bytes the header is cut short; its missing bytes read as 0.
     MemoryBlock header(8);
     header.setLittleEndian(isLittleEndian);
-    header.setStringValue(0, 8, MidB(head, found, 8));
+    header.setStringValue(0, 8, head.sliced(found - 1, std::min<qsizetype>(8, head.size() - (found - 1))));
     return double(header.Long(4)) + TiffOfs;
 }
 
@@ -126,7 +126,7 @@ double Window1::analyzeIFD(double pos)
     const qint64 blockSize = n * 12 + 4;
     MemoryBlock block(blockSize);
     block.setLittleEndian(isLittleEndian);
-    block.setStringValue(0, blockSize, bs->Read(blockSize));
+    block.setStringValue(0, blockSize, bs->ReadView(blockSize));
 
     for (qint64 i = 0; i < n; ++i) {
         const qint64 at = i * 12;
@@ -137,7 +137,7 @@ double Window1::analyzeIFD(double pos)
             continue;
         const int type = block.Short(at + 2);
         const qint64 count = block.Long(at + 4);
-        const QString text = culcType(tag, block.StringValue(at + 8, 4), type, count);
+        const QString text = culcType(tag, block.StringView(at + 8, 4), type, count);
 
         if (tag == kTagOrientation) {
             const QString field = NthField(kOrientationCodes, QStringLiteral(","), toInteger(Val(text)));
@@ -159,7 +159,7 @@ double Window1::analyzeIFD(double pos)
 // its offset whatever the count, so a short ASCII value stored inline is read from wherever
 // its bytes point. For a date tag the value's position goes to its cell's tag: 0.0 for a
 // type that keeps no offset.
-QString Window1::culcType(int tag, const QByteArray& value, int type, qint64 count)
+QString Window1::culcType(int tag, QByteArrayView value, int type, qint64 count)
 {
     MemoryBlock field(4);
     field.setLittleEndian(isLittleEndian);
@@ -171,7 +171,7 @@ QString Window1::culcType(int tag, const QByteArray& value, int type, qint64 cou
     case 1:  // BYTE, SBYTE, UNDEFINED: the first byte only
     case 6:
     case 7:
-        text = Right(QStringLiteral("0") + Hex(AscB(LeftB(value, 1))), 2);
+        text = Right(QStringLiteral("0") + Hex(value.isEmpty() ? 0 : uchar(value.front())), 2);
         break;
     case 3:  // SHORT: the first of them only
         text = Str(qint64(field.UShort(0)));
@@ -197,8 +197,8 @@ QString Window1::culcType(int tag, const QByteArray& value, int type, qint64 cou
             // The last byte read is the terminating NUL of a well-formed value; a read cut
             // short by the end of the file loses a real character instead.
             if (count > 0 && count < 256) {
-                const QByteArray bytes = bs->Read(count);
-                text = QString::fromLatin1(bytes.constData(), std::max<qsizetype>(bytes.size() - 1, 0));
+                const QByteArrayView bytes = bs->ReadView(count);
+                text = QString::fromLatin1(bytes.first(std::max<qsizetype>(bytes.size() - 1, 0)));
             }
         } else if (type == 12) {
             text = Str(bs->ReadDouble());

@@ -99,7 +99,7 @@ public:
     void getExifInfo();
     double getIFDEntry();
     double analyzeIFD(double pos);
-    QString culcType(int tag, const QByteArray& value, int type, qint64 count);
+    QString culcType(int tag, QByteArrayView value, int type, qint64 count);
 
     // ---- src/table: the file table and its rows -------------------------------------------
     void ListBox1_Open();
