@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstring>
 #include <limits>
+#include <memory>
 
 #ifdef _WIN32
 #include <fcntl.h>
@@ -130,6 +131,49 @@ QString whyNotOpened(const QString& path, bool write, int error)
     }
 }
 
+// Streams come and go one per file as files are listed, and each carries a 4 KB window:
+// the memory of the last one released is kept for the next, instead of going back to the
+// heap. One block per thread, so no locking.
+template <typename T>
+struct ReusingAllocator {
+    using value_type = T;
+    ReusingAllocator() = default;
+    template <typename U>
+    ReusingAllocator(const ReusingAllocator<U>&) {}
+
+    struct Spare {
+        void* block = nullptr;
+        ~Spare() { ::operator delete(block, sizeof(T)); }
+    };
+    static Spare& spare()
+    {
+        thread_local Spare s;
+        return s;
+    }
+
+    T* allocate(std::size_t n)
+    {
+        Spare& s = spare();
+        if (n == 1 && s.block) {
+            void* p = s.block;
+            s.block = nullptr;
+            return static_cast<T*>(p);
+        }
+        return static_cast<T*>(::operator new(n * sizeof(T)));
+    }
+    void deallocate(T* p, std::size_t n)
+    {
+        Spare& s = spare();
+        if (n == 1 && !s.block) {
+            s.block = p;
+            return;
+        }
+        ::operator delete(p, n * sizeof(T));
+    }
+    template <typename U>
+    bool operator==(const ReusingAllocator<U>&) const { return true; }
+};
+
 }  // namespace
 
 Handle<BinaryStream> BinaryStream::open(const QString& path, bool write)
@@ -146,7 +190,8 @@ Handle<BinaryStream> BinaryStream::openEncoded(const QString& path, const QByteA
     const int fd = openFile(path, encoded, write);
     if (fd < 0)
         return Handle<BinaryStream>::nil(whyNotOpened(path, write, errno));
-    return Handle<BinaryStream>(std::make_shared<BinaryStream>(Token{}, fd, write));
+    return Handle<BinaryStream>(
+        std::allocate_shared<BinaryStream>(ReusingAllocator<BinaryStream>(), Token{}, fd, write));
 }
 
 BinaryStream::BinaryStream(Token, int fd, bool writable) : fd_(fd), writable_(writable) {}
