@@ -167,19 +167,34 @@ ListboxModel* Listbox::model() const
 
 // ---- bounds -------------------------------------------------------------------------------
 
-void Listbox::checkRow(int row) const
+namespace {
+
+// Out of line, so that the checks before every cell access stay small. Rows and columns
+// are counted from 1 for the reader.
+[[noreturn]] Q_DECL_COLD_FUNCTION Q_NEVER_INLINE void throwNoRow(int row)
 {
-    // Rows are counted from 1 for the reader.
     if (row < 0)
         throw OutOfBoundsException(QStringLiteral("No row of the list was chosen."));
-    if (row >= model_->rows())
-        throw OutOfBoundsException(QStringLiteral("Row %1 is no longer in the list.").arg(qint64(row) + 1));
+    throw OutOfBoundsException(QStringLiteral("Row %1 is no longer in the list.").arg(qint64(row) + 1));
+}
+
+[[noreturn]] Q_DECL_COLD_FUNCTION Q_NEVER_INLINE void throwNoColumn(int column)
+{
+    throw OutOfBoundsException(QStringLiteral("The list has no column %1.").arg(qint64(column) + 1));
+}
+
+}  // namespace
+
+void Listbox::checkRow(int row) const
+{
+    if (row < 0 || row >= model_->rows())
+        throwNoRow(row);
 }
 
 void Listbox::checkColumn(int column) const
 {
     if (column < 0 || column >= model_->columns())
-        throw OutOfBoundsException(QStringLiteral("The list has no column %1.").arg(qint64(column) + 1));
+        throwNoColumn(column);
 }
 
 void Listbox::checkCell(int row, int column) const

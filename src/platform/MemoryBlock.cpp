@@ -18,13 +18,24 @@ qint64 MemoryBlock::Size() const { return data_.size(); }
 bool MemoryBlock::LittleEndian() const { return littleEndian_; }
 void MemoryBlock::setLittleEndian(bool littleEndian) { littleEndian_ = littleEndian; }
 
+namespace {
+
+// Out of line, so that the accessors, which run for every byte the Exif reader looks at,
+// stay small.
+[[noreturn]] Q_DECL_COLD_FUNCTION Q_NEVER_INLINE void throwPastTheEnd(qint64 size)
+{
+    throw OutOfBoundsException(
+        QStringLiteral("A read or write went past the end of a block of %1 bytes.").arg(size));
+}
+
+}  // namespace
+
 const char* MemoryBlock::span(qint64 offset, qint64 length) const
 {
     // Written so that no sum can wrap, whatever the caller passes.
     const qint64 size = data_.size();
     if (offset < 0 || length < 0 || size < length || offset > size - length)
-        throw OutOfBoundsException(
-            QStringLiteral("A read or write went past the end of a block of %1 bytes.").arg(size));
+        throwPastTheEnd(size);
     return data_.constData() + offset;
 }
 
