@@ -173,6 +173,23 @@ QString Date::SQLDateTime() const
 {
     // Written into a fixed buffer: the intake asks for two of these per file. A negative
     // year keeps four digits after its sign, so that it never passes for a 19-character date.
+    if (year_ >= 0 && year_ <= 9999) {
+        // The usual case, a four-digit year: every field has its fixed place.
+        char16_t d[19] = {u'0', u'0', u'0', u'0', u'-', u'0', u'0', u'-', u'0', u'0',
+                          u' ', u'0', u'0', u':', u'0', u'0', u':', u'0', u'0'};
+        const auto two = [&d](int at, qint64 v) {
+            d[at] = char16_t(u'0' + v / 10);
+            d[at + 1] = char16_t(u'0' + v % 10);
+        };
+        two(0, year_ / 100);
+        two(2, year_ % 100);
+        two(5, month_);
+        two(8, day_);
+        two(11, hour_);
+        two(14, minute_);
+        two(17, second_);
+        return QString(reinterpret_cast<const QChar*>(d), 19);
+    }
     char16_t buf[40];
     int n = 0;
     auto put = [&](qint64 v, int width) {

@@ -53,6 +53,8 @@ private slots:
         QTest::newRow("every unit below the day at -1") << Rollover{Date(2021, 1, 1, -1, -1, -1), None, 0, "2020-12-31 22:58:59"};
         QTest::newRow("negative years of days") << Rollover{Date(2000, 3, 1), Day, 1 - 146097LL * 5000, "-1998000-03-01 00:00:00"};
         QTest::newRow("no leap day in year -1") << Rollover{Date(4, 2, 29), Year, -1, "-0001-03-01 00:00:00"};
+        QTest::newRow("year 4 keeps four digits") << Rollover{Date(4, 2, 28), Day, 29, "0004-02-29 00:00:00"};
+        QTest::newRow("into year 10000") << Rollover{Date(9999, 12, 31, 23, 59, 59), Second, 60, "10000-01-01 00:00:00"};
         QTest::newRow("year beyond the range") << Rollover{Date(2021, 1, 1), Year, Date::kMaxYear + 1, kLast};
         QTest::newRow("smallest second") << Rollover{Date(2021, 1, 1), Second, kMin, kFirst};
         QTest::newRow("everything over at once") << Rollover{Date(2021, 14, 0, 25, 61, 61), None, 0, "2022-02-01 02:02:01"};
