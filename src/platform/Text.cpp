@@ -329,5 +329,9 @@ qint64 InStrB(const QByteArray& haystack, const QByteArray& needle)
 
 bool sameText(const QString& a, const QString& b)
 {
+    // Case folding maps each UTF-16 unit to one unit: texts of different lengths never
+    // match, and the intake compares every date cell with the marker.
+    if (a.size() != b.size())
+        return false;
     return QString::compare(a, b, Qt::CaseInsensitive) == 0;
 }

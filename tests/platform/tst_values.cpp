@@ -138,6 +138,26 @@ private slots:
             QCOMPARE(parts[i], NthField(c.text, c.separator, i + 1));
     }
 
+    void sameText_data()
+    {
+        QTest::addColumn<QString>("a");
+        QTest::addColumn<QString>("b");
+        QTest::addColumn<bool>("same");
+        QTest::newRow("the marker and a date") << QStringLiteral("Exif取得不能") << QStringLiteral("2021:05:06 07:08:09") << false;
+        QTest::newRow("letters in other case") << QStringLiteral("Exif取得不能") << QStringLiteral("EXIF取得不能") << true;
+        QTest::newRow("one is longer") << QStringLiteral("abc") << QStringLiteral("ABCD") << false;
+        QTest::newRow("Greek final sigma") << QStringLiteral("ΟΔΟΣ") << QStringLiteral("οδος") << true;
+        QTest::newRow("both empty") << QString() << QStringLiteral("") << true;
+    }
+    void sameText()
+    {
+        QFETCH(QString, a);
+        QFETCH(QString, b);
+        QFETCH(bool, same);
+        QCOMPARE(::sameText(a, b), same);
+        QCOMPARE(::sameText(b, a), same);
+    }
+
     void midB_data()
     {
         QTest::addColumn<Slice>("c");
