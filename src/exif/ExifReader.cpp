@@ -14,7 +14,6 @@
 #include "platform/Text.h"
 
 #include <algorithm>
-#include <string_view>
 
 namespace {
 
@@ -79,23 +78,16 @@ void Window1::getExifInfo()
    A big-endian signature anywhere wins over a little-endian one, even an earlier one. */
 double Window1::getIFDEntry()
 {
-    // Searched as plain bytes: JPEG data is mostly other bytes than the signatures' first,
-    // and this runs for every file that comes in.
-    constexpr std::string_view bigEndian("MM\0\x2A", 4);
-    constexpr std::string_view littleEndian("II\x2A\0", 4);
-    // 1-based place of needle in head, 0 for none.
-    const auto inStr = [](QByteArrayView head, std::string_view needle) -> qint64 {
-        const size_t at = std::string_view(head.constData(), size_t(head.size())).find(needle);
-        return at == std::string_view::npos ? 0 : qint64(at) + 1;
-    };
+    static constexpr QByteArrayView bigEndian("MM\0\x2A", 4);
+    static constexpr QByteArrayView littleEndian("II\x2A\0", 4);
 
     bs->setPosition(0);
     const QByteArrayView head = bs->ReadView(256);
-    qint64 found = inStr(head, bigEndian);
+    qint64 found = InStrB(head, bigEndian);
     if (found > 0) {
         isLittleEndian = false;
     } else {
-        found = inStr(head, littleEndian);
+        found = InStrB(head, littleEndian);
         if (found > 0)
             isLittleEndian = true;
     }

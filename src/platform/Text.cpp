@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cmath>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 namespace {
@@ -320,11 +321,14 @@ uint AscB(const QByteArray& bytes)
     return bytes.isEmpty() ? 0 : uint(uchar(bytes[0]));
 }
 
-qint64 InStrB(const QByteArray& haystack, const QByteArray& needle)
+qint64 InStrB(QByteArrayView haystack, QByteArrayView needle)
 {
     if (needle.isEmpty())
         return 0;
-    return haystack.indexOf(needle) + 1;  // indexOf gives -1 for none
+    // A plain byte search: the reader runs it over the first bytes of every file.
+    const std::string_view h(haystack.data(), size_t(haystack.size()));
+    const size_t at = h.find(std::string_view(needle.data(), size_t(needle.size())));
+    return at == std::string_view::npos ? 0 : qint64(at) + 1;
 }
 
 bool sameText(const QString& a, const QString& b)

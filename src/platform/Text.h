@@ -1,5 +1,6 @@
 #pragma once
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 #include <QStringList>
 #include <QtGlobal>
@@ -49,7 +50,7 @@ QByteArray LeftB(const QByteArray& bytes, qint64 count);          // count <= 0 
 QByteArray MidB(const QByteArray& bytes, qint64 start, qint64 length = -1);
 uint AscB(const QByteArray& bytes);                                // first byte, 0 for ""
 // One-based position of the first whole occurrence; 0 for none and for an empty needle.
-qint64 InStrB(const QByteArray& haystack, const QByteArray& needle);
+qint64 InStrB(QByteArrayView haystack, QByteArrayView needle);
 
 // Equality that ignores case, as the product compares strings.
 bool sameText(const QString& a, const QString& b);
