@@ -50,6 +50,18 @@ QFont tableFont(int pixelSize)
     return f;
 }
 
+// The file table and the strip above it share their columns, and the tick logic counts on
+// it: seven columns, the same widths, the same face.
+void setUpFileColumns(Listbox* table, bool hasHeader, const QString& initialValue, int rowSelectionType)
+{
+    table->setFont(tableFont(12));
+    table->setColumnCount(7);
+    table->setColumnWidths(QStringLiteral(",15%,15%,15%,15%,15%,0"));
+    table->setHasHeader(hasHeader);
+    table->setInitialValue(initialValue);
+    table->setRowSelectionType(rowSelectionType);
+}
+
 bool isFixedPitch(const QFont& f)
 {
     const QFontMetrics m(f);
@@ -144,21 +156,11 @@ void Window1::CreateControls()
     Winback->setVisible(false);
 
     ListBox1 = b.place(new Listbox(content), "ListBox1", 20, 268, 830, 212, "LTRB", 2);
-    ListBox1->setFont(tableFont(12));
-    ListBox1->setColumnCount(7);
-    ListBox1->setColumnWidths(QStringLiteral(",15%,15%,15%,15%,15%,0"));
-    ListBox1->setHasHeader(true);
-    ListBox1->setInitialValue(Globals::kListInitValue());
-    ListBox1->setRowSelectionType(0);
+    setUpFileColumns(ListBox1, true, Globals::kListInitValue(), 0);
 
     // The strip of select-all boxes, with the same columns as the table below it.
     ListHeader = b.place(new Listbox(content), "ListHeader", 20, 244, 830, 20, "LR", 3);
-    ListHeader->setFont(tableFont(12));
-    ListHeader->setColumnCount(7);
-    ListHeader->setColumnWidths(QStringLiteral(",15%,15%,15%,15%,15%,0"));
-    ListHeader->setHasHeader(false);
-    ListHeader->setInitialValue(Globals::kListHeaderInitValue());
-    ListHeader->setRowSelectionType(1);
+    setUpFileColumns(ListHeader, false, Globals::kListHeaderInitValue(), 1);
 
     Timer1 = new OneShotTimer(this);
     Timer2 = new OneShotTimer(this);
