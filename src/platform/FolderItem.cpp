@@ -56,10 +56,10 @@ QString noLongerReadable(const QString& path)
 // FILETIME counts 100 ns steps from 1601-01-01 UTC.
 constexpr qint64 kFileTimeEpochOffset = 11644473600LL;
 
-Date fromFileTime(const FILETIME& ft)
+FileTime fromFileTime(const FILETIME& ft)
 {
     const qint64 ticks = (qint64(ft.dwHighDateTime) << 32) | ft.dwLowDateTime;
-    return Date::fromUnixTime(ticks / 10000000 - kFileTimeEpochOffset, (ticks % 10000000) * 100);
+    return {ticks / 10000000 - kFileTimeEpochOffset, (ticks % 10000000) * 100};
 }
 
 FILETIME toFileTime(const Date& d)
@@ -97,31 +97,50 @@ bool setFileTimes(const QString& path, const FILETIME* created, const FILETIME* 
     return ok;
 }
 #else
-struct Times {
-    qint64 birthSec, birthNsec, modSec, modNsec;
-    bool hasBirth;
-};
+FileTime fileTime(const struct timespec& t) { return {qint64(t.tv_sec), qint64(t.tv_nsec)}; }
 
-// Throws NilObjectException for an item that is not there.
-Times timesOf(const QString& path, const QByteArray& native)
+ItemStatus::Kind kindOf(mode_t mode)
 {
+    return S_ISREG(mode) ? ItemStatus::RegularFile : S_ISDIR(mode) ? ItemStatus::Folder : ItemStatus::Other;
+}
+
+// One call for everything listing needs. Throws NilObjectException for an item that is
+// not there.
+ItemStatus statusOf(const QString& path, const QByteArray& native)
+{
+    ItemStatus s;
 #if defined(__linux__) && defined(STATX_BTIME)
     struct statx sx;
-    if (::statx(AT_FDCWD, native.constData(), AT_STATX_SYNC_AS_STAT, STATX_BTIME | STATX_MTIME, &sx) == 0)
-        return {sx.stx_btime.tv_sec, sx.stx_btime.tv_nsec, sx.stx_mtime.tv_sec, sx.stx_mtime.tv_nsec,
-                (sx.stx_mask & STATX_BTIME) != 0};
+    if (::statx(AT_FDCWD, native.constData(), AT_STATX_SYNC_AS_STAT,
+                STATX_TYPE | STATX_INO | STATX_SIZE | STATX_MTIME | STATX_BTIME, &sx) == 0) {
+        s.kind = kindOf(sx.stx_mode);
+        s.device = (quint64(sx.stx_dev_major) << 32) | sx.stx_dev_minor;
+        s.inode = sx.stx_ino;
+        s.size = sx.stx_size;
+        s.hasBirth = (sx.stx_mask & STATX_BTIME) != 0;
+        if (s.hasBirth)
+            s.birth = {qint64(sx.stx_btime.tv_sec), qint64(sx.stx_btime.tv_nsec)};
+        s.modification = {qint64(sx.stx_mtime.tv_sec), qint64(sx.stx_mtime.tv_nsec)};
+        return s;
+    }
     if (errno != ENOSYS)
         throw NilObjectException(noLongerReadable(path));
 #endif
     struct stat st;
     if (::stat(native.constData(), &st) != 0)
         throw NilObjectException(noLongerReadable(path));
+    s.kind = kindOf(st.st_mode);
+    s.device = quint64(st.st_dev);
+    s.inode = quint64(st.st_ino);
+    s.size = quint64(st.st_size);
 #if defined(__APPLE__)
-    return {st.st_birthtimespec.tv_sec, st.st_birthtimespec.tv_nsec, st.st_mtimespec.tv_sec,
-            st.st_mtimespec.tv_nsec, true};
+    s.hasBirth = true;
+    s.birth = fileTime(st.st_birthtimespec);
+    s.modification = fileTime(st.st_mtimespec);
 #else
-    return {0, 0, st.st_mtim.tv_sec, st.st_mtim.tv_nsec, false};
+    s.modification = fileTime(st.st_mtim);
 #endif
+    return s;
 }
 #endif
 
@@ -177,25 +196,24 @@ bool FolderItem::Directory() const
 #endif
 }
 
-Date FolderItem::CreationDate() const
-{
-    checked();
-#if defined(_WIN32)
-    return fromFileTime(attributes(path_).ftCreationTime);
-#else
-    const Times t = timesOf(path_, native_);
-    return t.hasBirth ? Date::fromUnixTime(t.birthSec, t.birthNsec) : Date::fromUnixTime(t.modSec, t.modNsec);
-#endif
-}
+Date FolderItem::CreationDate() const { return Status().creationDate(); }
 
-Date FolderItem::ModificationDate() const
+Date FolderItem::ModificationDate() const { return Status().modificationDate(); }
+
+ItemStatus FolderItem::Status() const
 {
     checked();
 #if defined(_WIN32)
-    return fromFileTime(attributes(path_).ftLastWriteTime);
+    const WIN32_FILE_ATTRIBUTE_DATA a = attributes(path_);
+    ItemStatus s;
+    s.kind = (a.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) ? ItemStatus::Folder : ItemStatus::RegularFile;
+    s.size = (quint64(a.nFileSizeHigh) << 32) | a.nFileSizeLow;
+    s.hasBirth = true;
+    s.birth = fromFileTime(a.ftCreationTime);
+    s.modification = fromFileTime(a.ftLastWriteTime);
+    return s;
 #else
-    const Times t = timesOf(path_, native_);
-    return Date::fromUnixTime(t.modSec, t.modNsec);
+    return statusOf(path_, native_);
 #endif
 }
 

@@ -8,6 +8,33 @@
 #include "platform/Date.h"
 #include "platform/Handle.h"
 
+// A moment as the file system keeps it: seconds since the epoch and the nanoseconds
+// within that second, nothing lost to a Date's whole seconds.
+struct FileTime {
+    qint64 seconds = 0;
+    qint64 nanoseconds = 0;
+    Date toDate() const { return Date::fromUnixTime(seconds, nanoseconds); }
+    bool operator==(const FileTime& o) const { return seconds == o.seconds && nanoseconds == o.nanoseconds; }
+};
+Q_DECLARE_METATYPE(FileTime)
+
+// What one status call tells of an item, a symbolic link followed. Listing asks the
+// system once and takes both dates and the item's identity from the answer.
+struct ItemStatus {
+    enum Kind { RegularFile, Folder, Other };  // Other: a pipe, socket or device
+    Kind kind = Other;
+    quint64 device = 0;  // with inode, which object of the file system this is
+    quint64 inode = 0;
+    quint64 size = 0;
+    bool hasBirth = false;  // whether the file system keeps a birth time
+    FileTime birth;
+    FileTime modification;
+
+    // The creation date: the birth time where it is kept, the modification time where not.
+    Date creationDate() const { return (hasBirth ? birth : modification).toDate(); }
+    Date modificationDate() const { return modification.toDate(); }
+};
+
 // A file or folder by its path. A default-made FolderItem is nil: every use of it throws
 // NilObjectException. Copies are cheap and name the same item.
 class FolderItem {
@@ -26,6 +53,8 @@ public:
     // never was), both throw NilObjectException, as a missing date does when it is used.
     Date CreationDate() const;
     Date ModificationDate() const;
+    // Both dates and more from one call; throws as the dates do.
+    ItemStatus Status() const;
     // Sets the creation date where the OS can (macOS, Windows); elsewhere changes nothing
     // and returns false. Never throws for a refusal.
     bool setCreationDate(const Date& d) const;

@@ -58,11 +58,14 @@ void Window1::addFileToTable(const FolderItem& f)
     if (ListHeader->CellCheck(0, 0))
         ListBox1->setCellCheck(curRow, 0, true);
     ListBox1->setCellTag(curRow, 0, QVariant::fromValue(f));
-    ListBox1->setCell(curRow, 1, f.CreationDate().SQLDateTime());
-    ListBox1->setCell(curRow, 2, f.ModificationDate().SQLDateTime());
+    // Both dates come from one status call.
+    const ItemStatus status = f.Status();
+    const Date modified = status.modificationDate();
+    ListBox1->setCell(curRow, 1, status.creationDate().SQLDateTime());
+    ListBox1->setCell(curRow, 2, modified.SQLDateTime());
     // Kept for the row's whole life, so that the execute run can put back a modification
     // date that its own writing disturbed.
-    ListBox1->setCellTag(curRow, 2, QVariant::fromValue(f.ModificationDate()));
+    ListBox1->setCellTag(curRow, 2, QVariant::fromValue(modified));
     for (int column = 3; column <= 5; ++column)
         ListBox1->setCell(curRow, column, kNoExif);
 
