@@ -554,9 +554,10 @@ void Listbox::applyColumnWidths()
 
 void Listbox::applyRowHeight()
 {
-    // Compact rows, but never lower than the check box.
-    const int height = std::max(fontMetrics().height() + 3, kBoxRight - kBoxLeft + 2);
-    verticalHeader()->setDefaultSectionSize(height);
+    // Rows come every kRowHeight pixels from the table's top edge: the header takes what
+    // the frame above it leaves of the first kRowHeight. A check box shrinks to its row.
+    verticalHeader()->setDefaultSectionSize(kRowHeight);
+    horizontalHeader()->setFixedHeight(std::max(1, kRowHeight - frameWidth()));
 }
 
 void Listbox::resizeEvent(QResizeEvent* e)
