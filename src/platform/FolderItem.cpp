@@ -128,8 +128,6 @@ QString whyNotOpened(const QString& name, bool write, int error)
                                : QStringLiteral("; you do not have permission to read it."));
     case EROFS:
         return failed + QStringLiteral("; it lies on a disk that cannot be written to.");
-    case ELOOP:
-        return failed + QStringLiteral("; it is a loop of symbolic links.");
     case EISDIR:
         return QStringLiteral("%1 is a folder, not a file.").arg(quoted(name));
     case ENODEV:

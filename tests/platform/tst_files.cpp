@@ -161,7 +161,7 @@ private slots:
     // A picture is whatever its bytes hold.
     void openings_data()
     {
-        QTest::addColumn<QByteArray>("bytes");  // a file's, or what the item is: <folder>, <fifo>, <socket>, <loop>, <missing>
+        QTest::addColumn<QByteArray>("bytes");  // a file's, or what the item is: <folder>, <fifo>, <socket>, <missing>
         QTest::addColumn<QString>("why");  // "" for a stream; %open says how it was to be opened
         QTest::addColumn<QSize>("picture");
         QByteArray png;
@@ -172,7 +172,6 @@ private slots:
         // No open may wait for a writer.
         QTest::newRow("fifo") << QByteArray("<fifo>") << "“fifo” is not an ordinary file." << QSize(0, 0);
         QTest::newRow("socket") << QByteArray("<socket>") << "“socket” is not an ordinary file." << QSize(0, 0);
-        QTest::newRow("loop") << QByteArray("<loop>") << "“loop” %open; it is a loop of symbolic links." << QSize(0, 0);
         QTest::newRow("missing, and not made") << QByteArray("<missing>")
                                                << "“missing, and not made” %open; it may have been moved or deleted." << QSize(0, 0);
     }
@@ -189,8 +188,6 @@ private slots:
             QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
         else if (bytes == "<socket>")
             QVERIFY(listening.listen(path));
-        else if (bytes == "<loop>")
-            QVERIFY(QFile::link(path, path));
         else if (bytes != "<missing>")
             QVERIFY(QFile::rename(makeFile(bytes), path));
         const FolderItem f(path);
@@ -204,7 +201,7 @@ private slots:
         }
         QCOMPARE(f.OpenAsPicture().size(), picture);
         QCOMPARE(f.openDevice() != nullptr, why.isEmpty());
-        QCOMPARE(QFileInfo::exists(path), bytes != "<missing>" && bytes != "<loop>");
+        QCOMPARE(QFileInfo::exists(path), bytes != "<missing>");
     }
 
     // A path is the file system's bytes: cleaned as bytes, shown as text with U+FFFD for

@@ -5,7 +5,6 @@
 #include <QCheckBox>
 #include <QLocalServer>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 
 #include "platform/Canvas.h"
@@ -84,11 +83,8 @@ private slots:
         QVERIFY(writeBytes(dir.filePath("new.jpg"), jpeg.data(), 2) && writeBytes(dir.filePath("middle.txt"), "not a picture", 10));
         QVERIFY(writeBytes(dir.filePath("all.jpg"), allDates()));
         QVERIFY(QDir(dir.path()).mkdir("folder"));
-        // Newer than all but new.jpg, so that they sort after it.
+        // The newest items, the socket not older than the FIFO.
         QVERIFY(::mkfifo(QFile::encodeName(dir.filePath("fifo")).constData(), 0600) == 0 && socket.listen(dir.filePath("socket")));
-        const timespec hoursAgo[2] = {{0, UTIME_OMIT}, {time(nullptr) - 3600 * 3, 0}};
-        for (const char* name : {"fifo", "socket"})
-            QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(dir.filePath(name)).constData(), hoursAgo, 0), 0);
         QVERIFY(QFile::link(dir.filePath("loop"), dir.filePath("loop")));
     }
 
@@ -249,7 +245,7 @@ private slots:
         QTest::newRow("mixed; a folder lists itself only") << QStringList{"middle.txt", "old.jpg", "folder", "https://x.org/"} << false
                                                             << QStringList{"folder", "middle.txt", "old.jpg"} << 0 << "";
         QTest::newRow("a FIFO and a socket") << QStringList{"socket", "old.jpg", "fifo", "new.jpg"} << false
-                                             << QStringList{"new.jpg", "socket", "fifo", "old.jpg"} << 0 << "";
+                                             << QStringList{"socket", "fifo", "new.jpg", "old.jpg"} << 0 << "";
         const QString longName(300, u'n');
         QTest::newRow("missing, a loop of links, a name too long") << QStringList{"gone.jpg", "old.jpg", "loop", longName, "new.jpg"}
             << false << QStringList{"new.jpg", "old.jpg"} << 0
@@ -257,10 +253,8 @@ private slots:
                    + longName.left(30) + "”: the name is too long.";
         QStringList missing, named;
         for (int i = 1; i <= 22; ++i)
-            missing << QString::number(i);
-        for (int i = 1; i <= 20; ++i)
-            named << QStringLiteral("“%1” does not exist.").arg(i);
-        QTest::newRow("22 missing") << missing << false << QStringList{} << -1 << "list every item: " + named.join('\n') + "\n…and 2 more.";
+            named << QStringLiteral("“%1” does not exist.").arg(missing.emplaceBack(QString::number(i)));
+        QTest::newRow("22 missing") << missing << false << QStringList{} << -1 << "list every item: " + named.mid(0, 20).join('\n') + "\n…and 2 more.";
     }
     void drop()
     {
