@@ -51,13 +51,11 @@ private slots:
     {
         using B = QMessageBox;
         QTest::addColumn<Box>("c");
+        // The execute run's question first; the others keep the rules of the default button,
+        // of the pressed button's result and of Escape where there is no Cancel.
         QTest::newRow("question, Escape is Cancel") << Box{33, B::NoButton, 2, B::Question, B::Ok, 2};
-        QTest::newRow("plain OK") << Box{0, B::Ok, 1, B::NoIcon, B::Ok, 1};
-        QTest::newRow("stop, retry and cancel") << Box{16 + 5, B::Retry, 4, B::Critical, B::Retry, 2};
         QTest::newRow("yes no cancel, second default") << Box{3 + 256, B::Yes, 6, B::NoIcon, B::No, 3};
-        QTest::newRow("yes no cancel, Escape is Cancel") << Box{3, B::NoButton, 2, B::NoIcon, B::Yes, 3};
         QTest::newRow("caution yes no, Escape is No") << Box{48 + 4, B::NoButton, 7, B::Warning, B::Yes, 2};
-        QTest::newRow("note, abort retry ignore, third default") << Box{64 + 2 + 512, B::Ignore, 5, B::Information, B::Ignore, 3};
         QTest::newRow("default beyond the set falls back to the first") << Box{1 + 512, B::Cancel, 2, B::NoIcon, B::Ok, 2};
     }
     void msgBox()
@@ -93,24 +91,22 @@ private slots:
                                                            "The disk is full.").arg(QMessageBox::Warning)));
     }
 
+    // (That a timer made is off until armed is the scheduled value's test: a window whose
+    // timers fired unasked would report the check-box timer's failure on its empty table.)
     void timerFiresOncePerArming()
     {
-        OneShotTimer twice, off, never, later;
+        OneShotTimer twice, later;
         QList<int> modes;  // Mode as each Action of `twice` sees it
         connect(&twice, &OneShotTimer::Action, this, [&] { modes << twice.Mode(); });
-        QSignalSpy offFired(&off, &OneShotTimer::Action), neverFired(&never, &OneShotTimer::Action);
         twice.setMode(1);
         twice.setMode(1);  // armed again while pending: still one firing
         QCOMPARE(twice.Mode(), 1);
-        off.setMode(1);
-        off.setMode(0);
         // A later timer marks the end of the wait: by then every firing has happened.
         later.setPeriod(60);
         QSignalSpy end(&later, &OneShotTimer::Action);
         later.setMode(1);
         QVERIFY(end.wait(2000));
         QCOMPARE(modes, QList<int>{0});  // off again by the time Action runs
-        QCOMPARE(offFired.count() + neverFired.count(), 0);
     }
 
     // Pixels of 60x40 widgets drawn on blue, so that what they leave transparent reads blue.
