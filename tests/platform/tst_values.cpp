@@ -20,12 +20,6 @@ const char* const kFirst = "-9999999-01-01 00:00:00";
 enum Unit { Year, Month, Day, Hour, Minute, Second, None };
 constexpr void (Date::*kSetters[])(qint64) = {&Date::setYear, &Date::setMonth, &Date::setDay,
                                               &Date::setHour, &Date::setMinute, &Date::setSecond};
-
-void useZone(const char* zone)
-{
-    qputenv("TZ", zone);
-    tzset();
-}
 }  // namespace
 
 // One table row each: a Date with one setter applied (None: as made), and the text it shows.
@@ -85,7 +79,8 @@ private slots:
     void unixTimeThroughLocalTime()
     {
         QFETCH(Moment, c);
-        useZone(c.zone);
+        qputenv("TZ", c.zone);
+        tzset();
         const Date d = Date::fromUnixTime(c.seconds, c.nanoseconds);
         QCOMPARE(d.SQLDateTime(), c.local);
         QCOMPARE(Date::fromUnixTime(d.toUnixTime()), d);  // the same moment again
