@@ -122,7 +122,7 @@ int main(int argc, char** argv)
         qFatal("cannot make an empty list");
 
     Window1 w;
-    setMsgBoxAnswer([](const QString&, int, const QString&) { return 1; });
+    setMsgBoxAnswer([](const QString&, int, const QString&, const QString&) { return 1; });
     int failures = 0;
     setFailureReport([&](const QString& where, const QString& what) {
         ++failures;

@@ -76,9 +76,9 @@ private slots:
         QFETCH(Box, c);
         BoxAnswerer answerer;
         answerer.press = QMessageBox::StandardButton(c.press);
-        QCOMPARE(MsgBox(QStringLiteral("Go on?"), c.code, QStringLiteral("Title")), c.result);
+        QCOMPARE(MsgBox(QStringLiteral("Go on?"), c.code, QStringLiteral("Title"), QStringLiteral("2 files")), c.result);
         QCOMPARE(answerer.shown, 1);
-        QCOMPARE(answerer.text, QStringLiteral("Title|Go on?|"));
+        QCOMPARE(answerer.text, QStringLiteral("Title|Go on?|2 files"));
         QCOMPARE(answerer.icon, c.icon);
         QCOMPARE(answerer.defaultButton, c.defaultButton);
         QCOMPARE(answerer.buttons, c.buttons);
