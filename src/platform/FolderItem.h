@@ -4,6 +4,8 @@
 #include <QMetaType>
 #include <QString>
 
+#include <optional>
+
 #include "platform/BinaryStream.h"
 #include "platform/Date.h"
 #include "platform/Handle.h"
@@ -33,6 +35,14 @@ struct ItemStatus {
     // The creation date: the birth time where it is kept, the modification time where not.
     Date creationDate() const { return (hasBirth ? birth : modification).toDate(); }
     Date modificationDate() const { return modification.toDate(); }
+    // Whether both are the same object of the file system, whatever its path: the same
+    // device and inode, and, as an inode number is given again once its file is deleted,
+    // the same kind and birth time where both are known.
+    bool sameItem(const ItemStatus& o) const
+    {
+        return device == o.device && inode == o.inode && kind == o.kind
+               && (!hasBirth || !o.hasBirth || birth == o.birth);
+    }
 };
 
 // A file or folder by its path. A default-made FolderItem is nil: every use of it throws
@@ -67,11 +77,19 @@ public:
     // The whole picture, or a null image when the file holds none that can be loaded.
     QImage OpenAsPicture() const;
 
+    // What the item was when its row was listed. A row's FolderItem carries it, so that
+    // every copy that the table hands out can tell whether the path still names the
+    // object that was read, and knows its modification time to the nanosecond. Empty for
+    // an item that was never listed.
+    void noteListing(const ItemStatus& s) { listing_ = s; }
+    const std::optional<ItemStatus>& Listing() const { return listing_; }
+
     bool operator==(const FolderItem& o) const { return path_ == o.path_; }
 
 private:
     const QString& checked() const;  // the path, or NilObjectException
     QString path_;
     QByteArray native_;  // the path as the OS takes it, encoded once
+    std::optional<ItemStatus> listing_;
 };
 Q_DECLARE_METATYPE(FolderItem)
