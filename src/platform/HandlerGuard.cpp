@@ -16,7 +16,13 @@ FailureReport& installedReport()
 
 QString headline(const QString& action)
 {
-    return QObject::tr("Velkaro could not %1.").arg(action);
+    return localized("Report.couldNot", "Velkaro could not %1.").arg(action);
+}
+
+// The action in the interface language.
+QString actionText(const char* action)
+{
+    return localized((QByteArray("Action.") + action).constData(), action);
 }
 
 void writeToStandardError(const QString& action, const QString& reason)
@@ -48,15 +54,16 @@ void setFailureReport(FailureReport report)
     installedReport() = std::move(report);
 }
 
-void reportFailure(const QString& action, const QString& reason)
+void reportFailure(const char* action, const QString& reason)
 {
     // This runs inside guard()'s catch: nothing may leave it.
     try {
+        const QString what = actionText(action);
         if (installedReport())
-            installedReport()(action, reason);
+            installedReport()(what, reason);
         else
-            showFailureDialog(action, reason);
+            showFailureDialog(what, reason);
     } catch (...) {
-        writeToStandardError(action, reason);
+        std::fprintf(stderr, "Velkaro could not %s. %s\n", action, qUtf8Printable(reason));
     }
 }
