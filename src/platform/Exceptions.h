@@ -1,7 +1,7 @@
 #pragma once
 #include <QString>
 
-#include "platform/Localized.h"
+#include "platform/TextId.h"
 
 #include <stdexcept>
 
@@ -13,7 +13,7 @@ class NilObjectException : public std::runtime_error {
 public:
     NilObjectException()
         : std::runtime_error(
-              localized("Report.nil", "Something that was needed is no longer there.").toStdString())
+              textById("Report.nil", "Something that was needed is no longer there.").toStdString())
     {
     }
     explicit NilObjectException(const QString& message) : std::runtime_error(message.toStdString()) {}
@@ -23,7 +23,7 @@ class OutOfBoundsException : public std::runtime_error {
 public:
     OutOfBoundsException()
         : std::runtime_error(
-              localized("Report.outOfBounds", "Something was looked for past the end of a list.").toStdString())
+              textById("Report.outOfBounds", "Something was looked for past the end of a list.").toStdString())
     {
     }
     explicit OutOfBoundsException(const QString& message) : std::runtime_error(message.toStdString()) {}

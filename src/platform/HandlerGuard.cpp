@@ -16,13 +16,13 @@ FailureReport& installedReport()
 
 QString headline(const QString& action)
 {
-    return localized("Report.couldNot", "Velkaro could not %1.").arg(action);
+    return textById("Report.couldNot", "Velkaro could not %1.").arg(action);
 }
 
 // The action in the interface language.
 QString actionText(const char* action)
 {
-    return localized((QByteArray("Action.") + action).constData(), action);
+    return textById((QByteArray("Action.") + action).constData(), action);
 }
 
 void writeToStandardError(const QString& action, const QString& reason)

@@ -1,7 +1,7 @@
 #pragma once
 #include <QString>
 
-#include "platform/Localized.h"
+#include "platform/TextId.h"
 
 #include <exception>
 #include <functional>
@@ -24,10 +24,10 @@ void guard(const char* action, F&& handler) noexcept
     try {
         std::forward<F>(handler)();
     } catch (const std::bad_alloc&) {
-        reportFailure(action, localized("Report.noMemory", "There was not enough memory."));
+        reportFailure(action, textById("Report.noMemory", "There was not enough memory."));
     } catch (const std::exception& e) {
         reportFailure(action, QString::fromUtf8(e.what()));
     } catch (...) {
-        reportFailure(action, localized("Report.causeUnknown", "The cause is not known."));
+        reportFailure(action, textById("Report.causeUnknown", "The cause is not known."));
     }
 }

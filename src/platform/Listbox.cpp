@@ -2,7 +2,7 @@
 
 #include "platform/Exceptions.h"
 #include "platform/ListboxModel.h"
-#include "platform/Localized.h"
+#include "platform/TextId.h"
 
 #include <QApplication>
 #include <QHeaderView>
@@ -175,13 +175,13 @@ namespace {
 [[noreturn]] Q_DECL_COLD_FUNCTION Q_NEVER_INLINE void throwNoRow(int row)
 {
     if (row < 0)
-        throw OutOfBoundsException(localized("Report.noRowChosen", "No row of the list was chosen."));
-    throw OutOfBoundsException(localized("Report.rowGone", "Row %1 is no longer in the list.").arg(qint64(row) + 1));
+        throw OutOfBoundsException(textById("Report.noRowChosen", "No row of the list was chosen."));
+    throw OutOfBoundsException(textById("Report.rowGone", "Row %1 is no longer in the list.").arg(qint64(row) + 1));
 }
 
 [[noreturn]] Q_DECL_COLD_FUNCTION Q_NEVER_INLINE void throwNoColumn(int column)
 {
-    throw OutOfBoundsException(localized("Report.noColumn", "The list has no column %1.").arg(qint64(column) + 1));
+    throw OutOfBoundsException(textById("Report.noColumn", "The list has no column %1.").arg(qint64(column) + 1));
 }
 
 }  // namespace
@@ -209,7 +209,7 @@ void Listbox::checkCell(int row, int column) const
 void Listbox::setColumnCount(int columns)
 {
     if (columns < 1 || columns > ListboxModel::kMaxColumns)
-        throw OutOfBoundsException(localized("Report.columnCount", "A list has 1 to 64 columns, not %1.").arg(columns));
+        throw OutOfBoundsException(textById("Report.columnCount", "A list has 1 to 64 columns, not %1.").arg(columns));
     model_->setColumns(columns);
     columnTypes_.resize(size_t(columns), 0);
     sortDirections_.resize(size_t(columns), 1);
@@ -555,9 +555,10 @@ void Listbox::applyColumnWidths()
 
 void Listbox::applyRowHeight()
 {
-    // Compact rows, but never lower than the check box.
-    const int height = std::max(fontMetrics().height() + 3, kBoxRight - kBoxLeft + 2);
-    verticalHeader()->setDefaultSectionSize(height);
+    // Rows come every kRowHeight pixels from the table's top edge: the header takes what
+    // the frame above it leaves of the first kRowHeight. A check box shrinks to its row.
+    verticalHeader()->setDefaultSectionSize(kRowHeight);
+    horizontalHeader()->setFixedHeight(std::max(1, kRowHeight - frameWidth()));
 }
 
 void Listbox::resizeEvent(QResizeEvent* e)

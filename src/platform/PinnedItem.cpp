@@ -1,6 +1,6 @@
 #include "platform/PinnedItem.h"
 
-#include "platform/Localized.h"
+#include "platform/TextId.h"
 
 #include <QDir>
 #include <QFile>
@@ -87,30 +87,30 @@ QString PinnedItem::why() const
 {
     switch (error_) {
     case kShortWrite:
-        return localized("Report.shortWrite", "the system wrote only part of the date");
+        return textById("Report.shortWrite", "the system wrote only part of the date");
     case kPastEnd:
-        return localized("Report.pastEnd", "the file ends before the place of the date");
+        return textById("Report.pastEnd", "the file ends before the place of the date");
     case kNoCreationTime:
-        return localized("Report.noCreationTime", "this system cannot set a file's creation date");
+        return textById("Report.noCreationTime", "this system cannot set a file's creation date");
     case ENOENT:
     case ENOTDIR:
-        return localized("Report.gone", "it is no longer there; it may have been moved or deleted");
+        return textById("Report.gone", "it is no longer there; it may have been moved or deleted");
     case EACCES:
     case EPERM:
-        return localized("Report.noPermission", "you do not have permission to change it");
+        return textById("Report.noPermission", "you do not have permission to change it");
     case EROFS:
-        return localized("Report.readOnlyDisk", "it lies on a disk that cannot be written to");
+        return textById("Report.readOnlyDisk", "it lies on a disk that cannot be written to");
     case EISDIR:
-        return localized("Report.isFolder", "it is a folder, not a file");
+        return textById("Report.isFolder", "it is a folder, not a file");
     case ENODEV:
     case ENXIO:
-        return localized("Report.notAFile", "it is not an ordinary file");
+        return textById("Report.notAFile", "it is not an ordinary file");
     case ENOSPC:
-        return localized("Report.diskFull", "the disk is full");
+        return textById("Report.diskFull", "the disk is full");
     case EBUSY:
-        return localized("Report.busy", "another program is using it");
+        return textById("Report.busy", "another program is using it");
     default:
-        return localized("Report.systemError", "the system reported: %1")
+        return textById("Report.systemError", "the system reported: %1")
             .arg(QString::fromLocal8Bit(std::strerror(error_)));
     }
 }
@@ -220,7 +220,7 @@ bool PinnedItem::isLink(const FolderItem& f)
 
 PinnedItem::PinnedItem(const FolderItem& f, Access access)
 {
-    const QByteArray path = QFile::encodeName(f.path());
+    const QByteArray path = f.nativePath();
 #if defined(O_PATH)
     // Only the dates: a handle on the object itself, which opens nothing (no device, no
     // pipe) and needs no permission to read it.
@@ -373,7 +373,7 @@ bool PinnedItem::close()
 bool PinnedItem::isLink(const FolderItem& f)
 {
     struct stat st;
-    return ::lstat(QFile::encodeName(f.path()).constData(), &st) == 0 && S_ISLNK(st.st_mode);
+    return ::lstat(f.nativePath().constData(), &st) == 0 && S_ISLNK(st.st_mode);
 }
 
 #endif

@@ -1,6 +1,5 @@
 #include "shell/App.h"
 
-#include <QFileInfo>
 #include <QFileOpenEvent>
 
 #include "platform/HandlerGuard.h"
@@ -12,6 +11,15 @@ App::App(int& argc, char** argv) : QApplication(argc, argv)
     setApplicationDisplayName(QStringLiteral("Velkaro"));
     setApplicationVersion(ShortVersion());
     setDesktopFileName(QStringLiteral("velkaro"));
+    // QApplication has removed the options it took; what is left are the documents. On
+    // Windows argv is in the ANSI code page and only Qt's wide arguments are whole.
+#if defined(Q_OS_WIN)
+    for (qsizetype i = 1; i < arguments().size(); ++i)
+        arguments_ << arguments()[i].toUtf8();
+#else
+    for (int i = 1; i < argc; ++i)
+        arguments_ << QByteArray(argv[i]);
+#endif
 }
 
 bool App::AutoQuit() const
@@ -34,21 +42,24 @@ void App::Event_OpenDocument(const FolderItem& item)
     guard("add the file handed over by the desktop", [&] { Window1::instance()->addFileToTable(item); });
 }
 
-QStringList App::launchDocuments() const
+QList<QByteArray> App::launchDocuments() const
 {
-    QStringList paths;
-    const QStringList args = arguments();
-    for (qsizetype i = 1; i < args.size(); ++i)
-        paths << QFileInfo(args[i]).absoluteFilePath();
+    // Made absolute here: the running copy that may take them has a folder of its own.
+    QList<QByteArray> paths;
+    for (const QByteArray& arg : arguments_) {
+        const FolderItem f(arg);
+        if (!f.isNil())
+            paths << f.nativePath();
+    }
     return paths;
 }
 
-bool App::start(const QStringList& documents, const QString& channelName)
+bool App::start(const QList<QByteArray>& documents, const QString& channelName)
 {
     channel_ = new DocumentChannel(channelName, this);
     if (!channel_->claim(documents))
         return false;
-    connect(channel_, &DocumentChannel::received, this, [this](const QStringList& paths) {
+    connect(channel_, &DocumentChannel::received, this, [this](const QList<QByteArray>& paths) {
         openDocuments(paths);
         Window1* w = Window1::instance();
         w->raise();
@@ -61,9 +72,9 @@ bool App::start(const QStringList& documents, const QString& channelName)
     return true;
 }
 
-void App::openDocuments(const QStringList& paths)
+void App::openDocuments(const QList<QByteArray>& paths)
 {
-    for (const QString& p : paths)
+    for (const QByteArray& p : paths)
         Event_OpenDocument(FolderItem(p));
 }
 

@@ -10,8 +10,8 @@
 #include "platform/Convert.h"
 #include "platform/Exceptions.h"
 #include "platform/Listbox.h"
-#include "platform/Localized.h"
 #include "platform/Text.h"
+#include "platform/TextId.h"
 
 namespace {
 
@@ -38,7 +38,7 @@ const QString& fieldAt(const QStringList& fields, qsizetype i, const BaseCell& c
 {
     if (i < 0 || i >= fields.size())
         throw OutOfBoundsException(
-            localized("Report.incompleteDate",
+            textById("Report.incompleteDate",
                       "The date %1 in row %2 of the list is incomplete: it needs a day and a time, "
                       "as in 2021:05:06 07:08:09.")
                 .arg(quoted(cell.text))

@@ -17,10 +17,10 @@
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
 #include "platform/ListboxModel.h"
-#include "platform/Localized.h"
 #include "platform/MsgBox.h"
 #include "platform/PinnedItem.h"
 #include "platform/Text.h"
+#include "platform/TextId.h"
 #include "shell/Window1.h"
 
 namespace {
@@ -163,12 +163,12 @@ RunPlan planRun(Window1& w, int count)
 // The confirmation's smaller text: what the run will do, counted from the ticks.
 QString summaryOf(const RunPlan& plan)
 {
-    QString text = localized("Run.summary", "Dates to be overwritten in place: %1, in %2 files.")
+    QString text = textById("Run.summary", "Dates to be overwritten in place: %1, in %2 files.")
                        .arg(plan.exifDates)
                        .arg(plan.exifFiles);
     if (plan.creationsKept > 0)
         text += QLatin1Char('\n')
-                + localized("Run.creationsKept",
+                + textById("Run.creationsKept",
                             "Ticked creation dates that stay as they are, since this system cannot set them: %1.")
                       .arg(plan.creationsKept);
     return text;
@@ -176,7 +176,7 @@ QString summaryOf(const RunPlan& plan)
 
 QString changedWhy(quint64 position, const QByteArray& expected)
 {
-    return localized("Run.changed", "it has changed since it was listed: at byte %1 it no longer holds %2")
+    return textById("Run.changed", "it has changed since it was listed: at byte %1 it no longer holds %2")
         .arg(position)
         .arg(QString::fromLatin1(expected));
 }
@@ -185,15 +185,15 @@ QString changedWhy(quint64 position, const QByteArray& expected)
 QString replacedWhy(const FolderItem& f, const ItemStatus& now)
 {
     if (PinnedItem::isLink(f))
-        return localized("Run.nowLink", "it is now a link to another file");
+        return textById("Run.nowLink", "it is now a link to another file");
     if (now.kind == ItemStatus::Folder)
-        return localized("Run.nowFolder", "it is now a folder");
-    return localized("Run.replaced", "it has been replaced by another file since it was listed");
+        return textById("Run.nowFolder", "it is now a folder");
+    return textById("Run.replaced", "it has been replaced by another file since it was listed");
 }
 
 QString nameOf(const RowPlan& p)
 {
-    return p.file.isNil() ? localized("Run.row", "row %1").arg(qint64(p.row) + 1)
+    return p.file.isNil() ? textById("Run.row", "row %1").arg(qint64(p.row) + 1)
                           : QStringLiteral("“%1”").arg(p.file.path());
 }
 
@@ -206,19 +206,19 @@ std::map<int, QString> checkRow(const RowPlan& p)
     for (const ExifWrite& e : p.exif) {
         columns.push_back(e.column);
         if (!isExifDateText(e.after))
-            why[e.column] = localized("Run.aimNoExifDate", "the scheduled date %1 cannot be written as an Exif date")
+            why[e.column] = textById("Run.aimNoExifDate", "the scheduled date %1 cannot be written as an Exif date")
                                 .arg(p.exifDate);
         else if (e.position == 0)
-            why[e.column] = localized("Run.placeUnknown", "the place of this date in the file is not known");
+            why[e.column] = textById("Run.placeUnknown", "the place of this date in the file is not known");
         else if (!isExifDateText(e.cell))
-            why[e.column] = localized("Run.noDateInCell", "the table holds no Exif date here");
+            why[e.column] = textById("Run.noDateInCell", "the table holds no Exif date here");
     }
     if (p.creation)
         columns.push_back(1);
     if (p.modification || p.restore)
         columns.push_back(2);
     if (p.restore && !p.noted)
-        why[2] = localized("Run.notedUnknown",
+        why[2] = textById("Run.notedUnknown",
                            "the modification date it had when it was listed is not known, so it could not be put back");
 
     // The item itself: the one listed, and open to what the run does to it.
@@ -226,9 +226,9 @@ std::map<int, QString> checkRow(const RowPlan& p)
     std::optional<PinnedItem> item;
     ItemStatus now;
     if (p.file.isNil())
-        itemWhy = localized("Run.noFile", "no file is known for this row");
+        itemWhy = textById("Run.noFile", "no file is known for this row");
     else if (!p.file.Listing())
-        itemWhy = localized("Run.notListed", "it is not known which file was listed here");
+        itemWhy = textById("Run.notListed", "it is not known which file was listed here");
     else {
         item.emplace(p.file, p.exif.empty() ? PinnedItem::Dates : PinnedItem::Contents);
         if (!item->isOpen() || !item->status(now))
@@ -246,7 +246,7 @@ std::map<int, QString> checkRow(const RowPlan& p)
             continue;
         const QByteArray there = item->readAt(e.position, kDateLength);
         if (there.size() < kDateLength)
-            why[e.column] = localized("Run.pastEnd", "the file ends before the place of this date (byte %1)")
+            why[e.column] = textById("Run.pastEnd", "the file ends before the place of this date (byte %1)")
                                 .arg(e.position);
         else if (there != e.cell)
             why[e.column] = changedWhy(e.position, e.cell);
@@ -264,7 +264,7 @@ QStringList checkPlan(Listbox* table, const RunPlan& plan)
         for (int column : {3, 4, 5, 1, 2}) {
             auto it = why.find(column);
             if (it != why.end())
-                lines << localized("Run.failedDate", "%1, %2: %3.")
+                lines << textById("Run.failedDate", "%1, %2: %3.")
                              .arg(nameOf(p), table->model()->headerData(column, Qt::Horizontal).toString(), it->second);
         }
     }
@@ -279,13 +279,13 @@ public:
 private:
     static QString text(const QStringList& lines)
     {
-        QString s = localized("Run.checkFailed",
+        QString s = textById("Run.checkFailed",
                               "Nothing has been written. These dates cannot be changed safely; untick them, or "
                               "drop the files again, and press the button once more:");
         for (qsizetype i = 0; i < lines.size() && i < kNamedAtMost; ++i)
             s += QLatin1Char('\n') + lines[i];
         if (lines.size() > kNamedAtMost)
-            s += QLatin1Char('\n') + localized("Run.andMore", "and %1 more.").arg(lines.size() - kNamedAtMost);
+            s += QLatin1Char('\n') + textById("Run.andMore", "and %1 more.").arg(lines.size() - kNamedAtMost);
         return s;
     }
 };
@@ -304,9 +304,9 @@ private:
     {
         const QString where =
             column < 0 ? nameOf(p)
-                       : localized("Run.whereDate", "%1, %2")
+                       : textById("Run.whereDate", "%1, %2")
                              .arg(nameOf(p), table->model()->headerData(column, Qt::Horizontal).toString());
-        return localized("Run.stopped",
+        return textById("Run.stopped",
                          "It stopped at %1: %2. The dates before it have been changed as ticked; this one and "
                          "those after it have not.")
             .arg(where, why);

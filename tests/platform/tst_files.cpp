@@ -6,11 +6,13 @@
 #include "platform/FolderItem.h"
 #include "platform/MemoryBlock.h"
 
+#include <QLocalServer>
 #include <QtTest>
 
 #include <bit>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 const QByteArray kDate("2001:02:03 04:05:06");
@@ -160,7 +162,7 @@ private slots:
     // A picture is whatever its bytes hold.
     void openings_data()
     {
-        QTest::addColumn<QByteArray>("bytes");  // a file's, or what the item is: <folder>, <fifo>, <missing>
+        QTest::addColumn<QByteArray>("bytes");  // a file's, or what the item is: <folder>, <fifo>, <socket>, <missing>
         QTest::addColumn<QString>("why");  // "" for a stream; %open says how it was to be opened
         QTest::addColumn<QSize>("picture");
         QByteArray png;
@@ -170,6 +172,7 @@ private slots:
         QTest::newRow("folder.png") << QByteArray("<folder>") << "“folder.png” is a folder, not a file." << QSize(0, 0);
         // No open may wait for a writer.
         QTest::newRow("fifo") << QByteArray("<fifo>") << "“fifo” is not an ordinary file." << QSize(0, 0);
+        QTest::newRow("socket") << QByteArray("<socket>") << "“socket” is not an ordinary file." << QSize(0, 0);
         QTest::newRow("missing, and not made") << QByteArray("<missing>")
                                                << "“missing, and not made” %open; it may have been moved or deleted." << QSize(0, 0);
     }
@@ -178,11 +181,14 @@ private slots:
         QFETCH(QByteArray, bytes);
         QFETCH(QString, why);
         QFETCH(QSize, picture);
+        QLocalServer listening;
         const QString path = dir_.filePath(QTest::currentDataTag());
         if (bytes == "<folder>")
             QVERIFY(QDir().mkpath(path));
         else if (bytes == "<fifo>")
             QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        else if (bytes == "<socket>")
+            QVERIFY(listening.listen(path));
         else if (bytes != "<missing>")
             QVERIFY(QFile::rename(makeFile(bytes), path));
         const FolderItem f(path);
@@ -195,27 +201,33 @@ private slots:
                 QCOMPARE(nilText([&] { s->Read(1); }), reason);
         }
         QCOMPARE(f.OpenAsPicture().size(), picture);
+        QCOMPARE(f.openDevice() != nullptr, why.isEmpty());
         QCOMPARE(QFileInfo::exists(path), bytes != "<missing>");
     }
 
+    // A path is the file system's bytes: cleaned as bytes, shown as text with U+FFFD for
+    // what is no UTF-8.
     void paths_data()
     {
-        QTest::addColumn<QString>("given");
-        QTest::addColumn<QString>("path");
+        QTest::addColumn<QByteArray>("given");
+        QTest::addColumn<QByteArray>("path");
         QTest::addColumn<QString>("name");
-        QTest::newRow("trailing slash") << "/a/b/" << "/a/b" << "b";
-        QTest::newRow("dot steps") << "/a/./b/../c.jpg" << "/a/c.jpg" << "c.jpg";
-        QTest::newRow("doubled slashes") << "/a//b.jpg" << "/a/b.jpg" << "b.jpg";
-        QTest::newRow("relative") << "x/y.jpg" << QDir::currentPath() + "/x/y.jpg" << "y.jpg";
+        QTest::newRow("trailing slash") << QByteArray("/a/b/") << QByteArray("/a/b") << "b";
+        QTest::newRow("dot steps, doubled slashes") << QByteArray("/a/./b/..//c.jpg") << QByteArray("/a/c.jpg") << "c.jpg";
+        QTest::newRow("relative") << QByteArray("x/y.jpg") << QFile::encodeName(QDir::currentPath()) + "/x/y.jpg" << "y.jpg";
+        QTest::newRow("Shift-JIS, its trail bytes ^ and backslash")
+            << QByteArray("/a/\x8e\xca\x90^\x95\\.jpg") << QByteArray("/a/\x8e\xca\x90^\x95\\.jpg") << u"\uFFFD\u0290^\uFFFD\\.jpg"_qs;
+        QTest::newRow("stray byte, then ..") << QByteArray("/a/\xff/../\xff.jpg") << QByteArray("/a/\xff.jpg") << u"\uFFFD.jpg"_qs;
     }
     void paths()
     {
-        QFETCH(QString, given);
-        QFETCH(QString, path);
+        QFETCH(QByteArray, given);
+        QFETCH(QByteArray, path);
         QFETCH(QString, name);
         const FolderItem f(given);
-        QCOMPARE(f.path(), path);
+        QCOMPARE(f.nativePath(), path);
         QCOMPARE(f.Name(), name);
+        QCOMPARE(f, FolderItem(path));
     }
 
     void nilObjects()
@@ -230,44 +242,83 @@ private slots:
             QVERIFY_THROWS_EXCEPTION(NilObjectException, f.OpenAsBinaryFile(false));
             QVERIFY_THROWS_EXCEPTION(NilObjectException, f.OpenAsPicture());
         }
-        // An item that is not there has no dates, and setting one makes nothing.
-        const FolderItem gone(dir_.filePath("never there"));
-        QVERIFY(!gone.Exists());
-        const QString goneWhy = "“never there” can no longer be read; it may have been moved or deleted.";
-        QCOMPARE(nilText([&] { gone.CreationDate(); }), goneWhy);
-        QCOMPARE(nilText([&] { gone.ModificationDate(); }), goneWhy);
-        QVERIFY(!gone.setModificationDate(Date(2001, 1, 1)));
-        QVERIFY(!QFileInfo::exists(gone.path()));
     }
 
+    // An item without a status has no dates, says why in plain words, and setting a date
+    // makes nothing.
+    void unavailable_data()
+    {
+        QTest::addColumn<QString>("name");  // made as the case's tag says, inside the folder
+        QTest::addColumn<QString>("why");
+        QTest::newRow("missing") << "missing" << "“missing” does not exist.";
+        QTest::newRow("below a file") << "x" << "“x” does not exist.";
+        QTest::newRow("loop of links") << "loop" << "“loop” is a loop of symbolic links.";
+        const QString longName(300, u'n');
+        QTest::newRow("name too long") << longName << "“" + longName + "”: the name is too long.";
+        QTest::newRow("folder without permission") << "x" << "“x” cannot be looked at: permission denied.";
+    }
+    void unavailable()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, why);
+        const QString tag = QTest::currentDataTag();
+        const QString folder = dir_.filePath(tag);
+        QVERIFY(QDir().mkpath(folder));
+        QString path = folder + '/' + name;
+        if (tag == "below a file")
+            path = makeFile("") + "/x";
+        if (tag == "loop of links")
+            QVERIFY(QFile::link(path + "2", path) && QFile::link(path, path + "2"));
+        if (tag == "folder without permission") {
+            if (::geteuid() == 0)
+                QSKIP("permissions do not hold for root");
+            QVERIFY(QFile::setPermissions(folder, {}));
+        }
+        const FolderItem f(path);
+        QString got;
+        QVERIFY(!f.Status(&got));
+        QCOMPARE(got, why);
+        QCOMPARE(nilText([&] { f.CreationDate(); }), why);
+        QVERIFY(!f.setModificationDate(Date(2001, 1, 1)));
+        QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QVERIFY(!QFileInfo::exists(path) || tag == "loop of links");
+    }
+
+    // Dates set and read through the item's bytes, a Shift-JIS name as any other.
     void dates_data()
     {
+        QTest::addColumn<QByteArray>("name");
         QTest::addColumn<bool>("folder");
         QTest::addColumn<Date>("date");
-        QTest::newRow("file, summer time") << false << Date(2019, 7, 31, 23, 59, 59);
-        QTest::newRow("file, before 1970") << false << Date(1969, 12, 31, 22, 0, 1);
-        QTest::newRow("folder") << true << Date(2010, 10, 10, 10, 10, 10);
+        QTest::newRow("file, summer time") << QByteArray("summer") << false << Date(2019, 7, 31, 23, 59, 59);
+        QTest::newRow("file, before 1970, Shift-JIS name") << QByteArray("\x8e\xca\x90^") << false << Date(1969, 12, 31, 22, 0, 1);
+        QTest::newRow("folder") << QByteArray("folder") << true << Date(2010, 10, 10, 10, 10, 10);
     }
     void dates()
     {
+        QFETCH(QByteArray, name);
         QFETCH(bool, folder);
         QFETCH(Date, date);
         qputenv("TZ", "Europe/Berlin");  // a zone with daylight saving
         tzset();
-        const QString path = dir_.filePath(QTest::currentDataTag());
-        QVERIFY(folder ? QDir().mkpath(path) : QFile(path).open(QIODevice::WriteOnly));
+        const QByteArray path = QFile::encodeName(dir_.path()) + '/' + name;
+        QVERIFY(folder ? ::mkdir(path.constData(), 0700) == 0 : ::close(::open(path.constData(), O_CREAT | O_WRONLY, 0600)) == 0);
         const timespec atime[2] = {{1000000000, 0}, {0, UTIME_OMIT}};
-        QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), atime, 0), 0);
+        QCOMPARE(::utimensat(AT_FDCWD, path.constData(), atime, 0), 0);
         const FolderItem f(path);
         QVERIFY(f.setModificationDate(date));
         QVERIFY(!f.setCreationDate(Date(1999, 9, 9)));  // this OS cannot
         QCOMPARE(f.ModificationDate(), date);
-        const QFileInfo info(path);
+        // Qt looks at the item through a link with a plain name.
+        const QString seen = dir_.filePath(QString::number(++files_));
+        QCOMPARE(::symlink(path.constData(), QFile::encodeName(seen).constData()), 0);
+        const QFileInfo info(seen);
         QCOMPARE(info.lastModified().toString("yyyy-MM-dd HH:mm:ss"), date.SQLDateTime());
         QCOMPARE(info.lastRead().toSecsSinceEpoch(), atime[0].tv_sec);  // kept
         // Where the file system records the birth, that is the creation date; else the modification.
         const QString birth = info.birthTime().toString("yyyy-MM-dd HH:mm:ss");
         QCOMPARE(f.CreationDate().SQLDateTime(), birth.isEmpty() ? date.SQLDateTime() : birth);
+        QCOMPARE(::remove(path.constData()), 0);  // Qt could not remove a name that is no UTF-8
     }
 };
 
