@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <limits>
@@ -33,7 +34,11 @@ constexpr qint64 kFileTimeEpochOffset = 11644473600LL;
 
 FILETIME toFileTime(const FileTime& t)
 {
-    const qint64 ticks = (t.seconds + kFileTimeEpochOffset) * 10000000 + t.nanoseconds / 100;
+    // FILETIME holds 1601 to about 30828; a time outside is set to the nearest end rather
+    // than overflowing the product.
+    constexpr qint64 kMaxSeconds = std::numeric_limits<qint64>::max() / 10000000 - 1;
+    const qint64 seconds = std::clamp<qint64>(t.seconds + kFileTimeEpochOffset, 0, kMaxSeconds);
+    const qint64 ticks = seconds * 10000000 + std::clamp<qint64>(t.nanoseconds, 0, 999999999) / 100;
     FILETIME ft;
     ft.dwLowDateTime = DWORD(quint64(ticks) & 0xFFFFFFFF);
     ft.dwHighDateTime = DWORD(quint64(ticks) >> 32);
@@ -119,6 +124,10 @@ QString PinnedItem::why() const
 
 PinnedItem::PinnedItem(const FolderItem& f, Access access)
 {
+    if (f.isNil()) {
+        fail(ENOENT);
+        return;
+    }
     const DWORD rights = access == Contents ? GENERIC_READ | GENERIC_WRITE : FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES;
     // FILE_FLAG_BACKUP_SEMANTICS lets a folder be opened for its dates.
     HANDLE h = CreateFileW(nativePath(f).c_str(), rights, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
@@ -220,6 +229,10 @@ bool PinnedItem::isLink(const FolderItem& f)
 
 PinnedItem::PinnedItem(const FolderItem& f, Access access)
 {
+    if (f.isNil()) {
+        fail(ENOENT);
+        return;
+    }
     const QByteArray path = f.nativePath();
 #if defined(O_PATH)
     // Only the dates: a handle on the object itself, which opens nothing (no device, no
@@ -229,9 +242,16 @@ PinnedItem::PinnedItem(const FolderItem& f, Access access)
     const int flags = (access == Contents ? O_RDWR : O_RDONLY) | O_NONBLOCK | O_NOCTTY;
 #endif
     int fd;
+#if defined(O_NOATIME)
+    // Reading leaves the access time as it was, where the file is ours to ask that.
     do
-        fd = ::open(path.constData(), flags | O_CLOEXEC);
+        fd = ::open(path.constData(), flags | O_CLOEXEC | (access == Contents ? O_NOATIME : 0));
     while (fd < 0 && errno == EINTR);
+    if (fd < 0 && errno == EPERM && access == Contents)
+#endif
+        do
+            fd = ::open(path.constData(), flags | O_CLOEXEC);
+        while (fd < 0 && errno == EINTR);
     if (fd < 0) {
         fail(errno);
         return;
@@ -267,6 +287,8 @@ bool PinnedItem::status(ItemStatus& s)
         if (s.hasBirth)
             s.birth = {qint64(sx.stx_btime.tv_sec), qint64(sx.stx_btime.tv_nsec)};
         s.modification = {qint64(sx.stx_mtime.tv_sec), qint64(sx.stx_mtime.tv_nsec)};
+        size_ = s.size;
+        sizeKnown_ = true;
         return true;
     }
     if (errno != ENOSYS)
@@ -286,6 +308,8 @@ bool PinnedItem::status(ItemStatus& s)
 #else
     s.modification = fromTimespec(st.st_mtim);
 #endif
+    size_ = s.size;
+    sizeKnown_ = true;
     return true;
 }
 
@@ -308,10 +332,16 @@ QByteArray PinnedItem::readAt(quint64 position, qint64 count)
 
 bool PinnedItem::writeAt(quint64 position, const QByteArray& bytes)
 {
+    if (fd_ < 0)
+        return fail(EBADF);
+    quint64 size = size_;
     struct stat st;
-    if (fd_ < 0 || ::fstat(fd_, &st) != 0)
-        return fail(fd_ < 0 ? EBADF : errno);
-    const quint64 size = quint64(st.st_size), n = quint64(bytes.size());
+    if (!sizeKnown_) {
+        if (::fstat(fd_, &st) != 0)
+            return fail(errno);
+        size = quint64(st.st_size);
+    }
+    const quint64 n = quint64(bytes.size());
     if (position > size || n > size - position)
         return fail(kPastEnd);
     ssize_t w;

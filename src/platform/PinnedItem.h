@@ -30,7 +30,8 @@ public:
     // Up to count bytes at position; fewer where the file ends.
     QByteArray readAt(quint64 position, qint64 count);
     // All the bytes at position, or false. A write that the system makes only in part is a
-    // failure, as is one that would reach beyond the end of the file.
+    // failure, as is one that would reach beyond the end of the file (its size as the last
+    // status() gave it: a file cut shorter since reads short first).
     bool writeAt(quint64 position, const QByteArray& bytes);
     // The modification time, to the nanosecond the file system keeps; the access time stays.
     bool setModificationTime(const FileTime& t);
@@ -45,7 +46,9 @@ public:
 
 private:
     bool fail(int error);
-    int error_ = 0;  // errno, or kShortWrite, of the last failure
+    int error_ = 0;  // errno, or one of our own codes, of the last failure
+    quint64 size_ = 0;  // the file's size as the last status() gave it
+    bool sizeKnown_ = false;
 #if defined(_WIN32)
     void* handle_ = nullptr;
 #else

@@ -4,13 +4,15 @@
 // and every date's 19 bytes against its cell: if anything fails, nothing is written at
 // all, and the report names each date that failed.
 
-#include <QHash>
+#include <QHashFunctions>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSet>
 
 #include <map>
 #include <stdexcept>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "platform/Convert.h"
@@ -105,7 +107,16 @@ RunPlan planRun(Window1& w, int count)
 {
     Listbox* t = w.ListBox1;
     RunPlan plan;
-    QHash<QByteArray, QByteArray> written;  // identity and place: the date an earlier row writes there
+    // Where an earlier row writes a date: its file's identity and the place.
+    struct Place {
+        quint64 device, inode, position;
+        bool operator==(const Place& o) const { return device == o.device && inode == o.inode && position == o.position; }
+    };
+    struct PlaceHash {
+        size_t operator()(const Place& p) const { return qHashMulti(0, p.device, p.inode, p.position); }
+    };
+    std::unordered_map<Place, QByteArray, PlaceHash> written;
+    written.reserve(size_t(count) * 3);
     QSet<QString> exifFiles;
     bool restore = false;
     for (int row = 0; row < count; ++row) {
@@ -120,21 +131,17 @@ RunPlan planRun(Window1& w, int count)
         p.fileDate = aim->SQLDateTime();
         p.exifDate = ReplaceAll(p.fileDate, QStringLiteral("-"), QStringLiteral(":"));
         p.aim = {aim->toUnixTime(), 0};
+        const QByteArray after = p.exifDate.toLatin1();
         for (int column = 3; column <= 5; ++column) {
             if (!t->CellCheck(row, column))
                 continue;
-            ExifWrite e{column, placeOf(t->CellTag(row, column)), t->Cell(row, column).toLatin1(), {},
-                        p.exifDate.toLatin1()};
+            ExifWrite e{column, placeOf(t->CellTag(row, column)), t->Cell(row, column).toLatin1(), {}, after};
             e.before = e.cell;
             if (p.file.Listing() && e.position) {
-                const ItemStatus& id = *p.file.Listing();
-                QByteArray key;
-                for (quint64 v : {id.device, id.inode, e.position})
-                    key.append(reinterpret_cast<const char*>(&v), sizeof v);
-                auto earlier = written.find(key);
-                if (earlier != written.end())
-                    e.before = *earlier;
-                written.insert(key, e.after);
+                const Place place{p.file.Listing()->device, p.file.Listing()->inode, e.position};
+                auto [earlier, first] = written.try_emplace(place, after);
+                if (!first)
+                    e.before = std::exchange(earlier->second, after);
             }
             p.exif.push_back(std::move(e));
             restore = true;
@@ -346,9 +353,12 @@ void carryOut(Listbox* t, const RowPlan& p)
     // when it was listed. Cell(row, 2) is not touched.
     if (p.restore && !item.setModificationTime(*p.noted))
         throw RunStopped(t, p, 2, item.why());
-    // A creation date that cannot be set shows what the file really has.
-    if (p.creation && !creationSettable && item.status(now))
+    // A creation date that cannot be set shows what the file really has: its birth, which
+    // nothing here changes, or where none is kept, the modification time it now has.
+    if (p.creation && !creationSettable) {
+        now.modification = p.restore ? *p.noted : p.modification ? p.aim : now.modification;
         t->setCell(p.row, 1, now.creationDate().SQLDateTime());
+    }
     if (!item.close())
         throw RunStopped(t, p, -1, item.why());
 }
