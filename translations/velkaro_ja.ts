@@ -277,6 +277,66 @@
         <source></source>
         <translation>加算値で押されたキーを受け取る</translation>
     </message>
+    <message id="FolderItem.doesNotExist">
+        <source></source>
+        <translation>%1 はありません。</translation>
+    </message>
+    <message id="FolderItem.isFolder">
+        <source></source>
+        <translation>%1 はファイルではなくフォルダです。</translation>
+    </message>
+    <message id="FolderItem.isLinkLoop">
+        <source></source>
+        <translation>。シンボリックリンクが循環しています。</translation>
+    </message>
+    <message id="FolderItem.linkLoop">
+        <source></source>
+        <translation>%1 はシンボリックリンクが循環しています。</translation>
+    </message>
+    <message id="FolderItem.mayBeGone">
+        <source></source>
+        <translation>。移動または削除された可能性があります。</translation>
+    </message>
+    <message id="FolderItem.mayNotChange">
+        <source></source>
+        <translation>。変更する権限がありません。</translation>
+    </message>
+    <message id="FolderItem.mayNotRead">
+        <source></source>
+        <translation>。読み込む権限がありません。</translation>
+    </message>
+    <message id="FolderItem.nameTooLong">
+        <source></source>
+        <translation>%1：名前が長すぎます。</translation>
+    </message>
+    <message id="FolderItem.notAFile">
+        <source></source>
+        <translation>%1 は通常のファイルではありません。</translation>
+    </message>
+    <message id="FolderItem.notOpenedForWriting">
+        <source></source>
+        <translation>%1 を書き込み用に開けませんでした</translation>
+    </message>
+    <message id="FolderItem.notRead">
+        <source></source>
+        <translation>%1 を読み込めませんでした</translation>
+    </message>
+    <message id="FolderItem.otherError">
+        <source></source>
+        <translation>%1 を調べられません（%2）。</translation>
+    </message>
+    <message id="FolderItem.permissionDenied">
+        <source></source>
+        <translation>%1 を調べられません：権限がありません。</translation>
+    </message>
+    <message id="FolderItem.readOnlyDisk">
+        <source></source>
+        <translation>。書き込みできないディスクにあります。</translation>
+    </message>
+    <message id="FolderItem.systemSays">
+        <source></source>
+        <translation>（%1）。</translation>
+    </message>
     <message id="Report.busy">
         <source></source>
         <translation>別のプログラムが使用中です</translation>
@@ -320,6 +380,10 @@
     <message id="Report.noCreationTime">
         <source></source>
         <translation>このシステムではファイルの作成日を設定できません</translation>
+    </message>
+    <message id="Report.noFileGiven">
+        <source></source>
+        <translation>ファイルが指定されていません。</translation>
     </message>
     <message id="Report.noMemory">
         <source></source>

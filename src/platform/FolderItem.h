@@ -77,11 +77,7 @@ public:
     // The same, without throwing: nothing where the system gives no status, and why then
     // says so in plain words, naming the item ("“a.jpg” does not exist.").
     std::optional<ItemStatus> Status(QString* why) const;
-    // Sets the creation date where the OS can (macOS, Windows); elsewhere changes nothing
-    // and returns false. Never throws for a refusal.
-    bool setCreationDate(const Date& d) const;
-    // Sets the modification time of a file or folder and keeps its access time.
-    bool setModificationDate(const Date& d) const;
+    // Dates are set through a PinnedItem, on the object that was checked.
 
     // Everything that reads or writes the item goes through these. Only a regular file
     // opens, and opening never waits: a pipe, socket or device is refused at once.
