@@ -77,26 +77,34 @@ QString shown(const QByteArray& native)
 #endif
 }
 
-QString quoted(const QString& name) { return QStringLiteral("“%1”").arg(name); }
+// A name as a report shows it: one that would run off a dialog keeps its two ends.
+QString shortened(const QString& name)
+{
+    constexpr qsizetype kEnd = 30;
+    return name.size() <= 2 * kEnd + 1 ? name : name.left(kEnd) + QChar(0x2026) + name.right(kEnd);
+}
+
+QString quoted(const QString& name) { return QStringLiteral("“%1”").arg(shortened(name)); }
 
 // Why the system gave no status for an item, in plain words that name it. error is the
 // errno of the attempt.
-QString whyNoStatus(const QString& name, int error)
+QString whyNoStatus(const QString& fullName, int error)
 {
+    const QString name = shortened(fullName);
     switch (error) {
     case ENOENT:
     case ENOTDIR:
-        return textById("FolderItem.doesNotExist", "%1 does not exist.").arg(quoted(name));
+        return textById("FolderItem.doesNotExist", "“%1” does not exist.").arg(name);
     case EACCES:
     case EPERM:
-        return textById("FolderItem.permissionDenied", "%1 cannot be looked at: permission denied.").arg(quoted(name));
+        return textById("FolderItem.permissionDenied", "“%1” cannot be looked at: permission denied.").arg(name);
     case ELOOP:
-        return textById("FolderItem.linkLoop", "%1 is a loop of symbolic links.").arg(quoted(name));
+        return textById("FolderItem.linkLoop", "“%1” is a loop of symbolic links.").arg(name);
     case ENAMETOOLONG:
-        return textById("FolderItem.nameTooLong", "%1: the name is too long.").arg(quoted(name));
+        return textById("FolderItem.nameTooLong", "“%1”: the name is too long.").arg(name);
     default:
-        return textById("FolderItem.otherError", "%1 cannot be looked at (%2).")
-            .arg(quoted(name), QString::fromLocal8Bit(std::strerror(error)));
+        return textById("FolderItem.otherError", "“%1” cannot be looked at (%2).")
+            .arg(name, QString::fromLocal8Bit(std::strerror(error)));
     }
 }
 
@@ -117,8 +125,6 @@ QString whyNotOpened(const QString& name, bool write, int error)
                                : textById("FolderItem.mayNotRead", "; you do not have permission to read it."));
     case EROFS:
         return failed + textById("FolderItem.readOnlyDisk", "; it lies on a disk that cannot be written to.");
-    case ELOOP:
-        return failed + textById("FolderItem.isLinkLoop", "; it is a loop of symbolic links.");
     case EISDIR:
         return textById("FolderItem.isFolder", "%1 is a folder, not a file.").arg(quoted(name));
     case ENODEV:

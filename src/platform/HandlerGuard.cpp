@@ -54,15 +54,23 @@ void setFailureReport(FailureReport report)
     installedReport() = std::move(report);
 }
 
-void reportFailure(const char* action, const QString& reason)
+void reportFailure(const QString& action, const QString& reason)
 {
     // This runs inside guard()'s catch: nothing may leave it.
     try {
-        const QString what = actionText(action);
         if (installedReport())
-            installedReport()(what, reason);
+            installedReport()(action, reason);
         else
-            showFailureDialog(what, reason);
+            showFailureDialog(action, reason);
+    } catch (...) {
+        writeToStandardError(action, reason);
+    }
+}
+
+void reportFailure(const char* action, const QString& reason)
+{
+    try {
+        reportFailure(actionText(action), reason);
     } catch (...) {
         std::fprintf(stderr, "Velkaro could not %s. %s\n", action, qUtf8Printable(reason));
     }

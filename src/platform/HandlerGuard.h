@@ -17,6 +17,8 @@
 using FailureReport = std::function<void(const QString& action, const QString& reason)>;
 void setFailureReport(FailureReport report);  // an empty report restores the dialog
 void reportFailure(const char* action, const QString& reason);
+// The same for an action in the interface language already.
+void reportFailure(const QString& action, const QString& reason);
 
 template <class F>
 void guard(const char* action, F&& handler) noexcept

@@ -3,7 +3,20 @@
 #include <QFileOpenEvent>
 
 #include "platform/HandlerGuard.h"
+#include "platform/OneShotTimer.h"
 #include "shell/Window1.h"
+
+namespace {
+
+QList<FolderItem> folderItems(const QList<QByteArray>& paths)
+{
+    QList<FolderItem> items;
+    for (const QByteArray& p : paths)
+        items << FolderItem(p);
+    return items;
+}
+
+}  // namespace
 
 App::App(int& argc, char** argv) : QApplication(argc, argv)
 {
@@ -60,7 +73,7 @@ bool App::start(const QList<QByteArray>& documents, const QString& channelName)
     if (!channel_->claim(documents))
         return false;
     connect(channel_, &DocumentChannel::received, this, [this](const QList<QByteArray>& paths) {
-        openDocuments(paths);
+        openDocuments(folderItems(paths));
         Window1* w = Window1::instance();
         w->raise();
         w->activateWindow();
@@ -68,21 +81,24 @@ bool App::start(const QList<QByteArray>& documents, const QString& channelName)
 
     Event_Open();
     Window1::instance();  // the default window; Timer4 sorts what arrives before it fires
-    openDocuments(documents);
+    openDocuments(folderItems(documents));
     return true;
 }
 
-void App::openDocuments(const QList<QByteArray>& paths)
+void App::openDocuments(const QList<FolderItem>& items)
 {
-    for (const QByteArray& p : paths)
-        Event_OpenDocument(FolderItem(p));
+    for (const FolderItem& item : items)
+        Event_OpenDocument(item);
+    Window1* w = Window1::instance();
+    if (w->Timer4->Mode() == 0)  // the launch's sort is over: this hand-over is an intake of its own
+        guard("name the files that could not be listed", [w] { w->reportUnlisted(); });
 }
 
 // macOS hands documents over as events, at launch and later.
 bool App::event(QEvent* e)
 {
     if (e->type() == QEvent::FileOpen) {
-        Event_OpenDocument(FolderItem(static_cast<QFileOpenEvent*>(e)->file()));
+        openDocuments({FolderItem(static_cast<QFileOpenEvent*>(e)->file())});
         return true;
     }
     return QApplication::event(e);

@@ -42,7 +42,9 @@ protected:
     bool event(QEvent* e) override;
 
 private:
-    void openDocuments(const QList<QByteArray>& paths);
+    // Appends the items; those that cannot be listed are named in one report after them,
+    // or, at launch, after Timer4's sort.
+    void openDocuments(const QList<FolderItem>& items);
 
     DocumentChannel* channel_ = nullptr;
     QList<QByteArray> arguments_;  // argv after Qt took its own options

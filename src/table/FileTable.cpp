@@ -44,12 +44,20 @@ void Window1::ListHeader_Open()
 }
 
 // A file that can't be opened, or a folder, is listed all the same, with its file dates
-// and the marker in columns 3 to 5. Nothing here catches: a failure ends the call and
-// leaves the row as far as it got, with bs and curRow on it.
+// and the marker in columns 3 to 5. An item without a status gets no row: it is noted for
+// the intake's report. Nothing here catches: a failure ends the call and leaves the row as
+// far as it got, with bs and curRow on it.
 void Window1::addFileToTable(const FolderItem& f)
 {
     if (f.isNil())
         return;
+    // Both dates come from one status call, made before there is a row.
+    QString why;
+    const std::optional<ItemStatus> status = f.Status(&why);
+    if (!status) {
+        unlistedItems << why;
+        return;
+    }
     if (OnlyPicture && OnlyPicture->isChecked() && f.OpenAsPicture().isNull())
         return;
 
@@ -57,14 +65,12 @@ void Window1::addFileToTable(const FolderItem& f)
     curRow = ListBox1->ListCount() - 1;
     if (ListHeader->CellCheck(0, 0))
         ListBox1->setCellCheck(curRow, 0, true);
-    // Both dates, and what the execute run checks the file against, come from one status
-    // call; the row's FolderItem keeps the latter.
-    const ItemStatus status = f.Status();
+    // The row's FolderItem keeps the status too: what the execute run checks the file against.
     FolderItem listed = f;
-    listed.noteListing(status);
+    listed.noteListing(*status);
     ListBox1->setCellTag(curRow, 0, QVariant::fromValue(listed));
-    const Date modified = status.modificationDate();
-    ListBox1->setCell(curRow, 1, status.creationDate().SQLDateTime());
+    const Date modified = status->modificationDate();
+    ListBox1->setCell(curRow, 1, status->creationDate().SQLDateTime());
     ListBox1->setCell(curRow, 2, modified.SQLDateTime());
     // Kept for the row's whole life, so that the execute run can put back a modification
     // date that its own writing disturbed.

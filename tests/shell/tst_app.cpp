@@ -9,7 +9,6 @@
 #include <QPushButton>
 #include <QtTest>
 
-#include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -43,29 +42,18 @@ QByteArray photo()
     return TiffBuilder::jpeg(camera(true, kShot, kShot, kShot).bytes()).chopped(2) + jpeg.data().mid(2);
 }
 
-QByteArray readAll(const QByteArray& path)
-{
-    QFile f;
-    return f.open(::open(path.constData(), O_RDONLY), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle) ? f.readAll()
-                                                                                                    : QByteArray();
-}
-
-// This executable started again in folder with arguments as bytes, as a shell passes them
-// (QProcess would pass text). Our event loop runs meanwhile: the second launch waits for
-// our answer. Its exit code, or -1 when it did not end.
-int secondLaunch(const QString& folder, QList<QByteArray> args)
+// This executable started again with arguments as bytes, as a shell passes them (QProcess
+// would pass text). Our event loop runs meanwhile: the second launch waits for our answer.
+// Its exit code, or -1 when it did not end.
+int secondLaunch(QList<QByteArray> args)
 {
     QByteArray program = QFile::encodeName(QCoreApplication::applicationFilePath());
     std::vector<char*> argv{program.data()};
     for (QByteArray& a : args)
         argv.push_back(a.data());
     argv.push_back(nullptr);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addchdir_np(&actions, QFile::encodeName(folder).constData());
     pid_t pid = 0;
-    const bool started = posix_spawn(&pid, program.constData(), &actions, nullptr, argv.data(), environ) == 0;
-    posix_spawn_file_actions_destroy(&actions);
+    const bool started = posix_spawn(&pid, program.constData(), nullptr, nullptr, argv.data(), environ) == 0;
     int status = 0;
     if (!started || !QTest::qWaitFor([&] { return ::waitpid(pid, &status, WNOHANG) == pid; }, 60000))
         return -1;
@@ -81,6 +69,7 @@ class TestApp : public QObject {
     const QByteArray sjisPath = QFile::encodeName(dir.path()) + '/' + kSjisName;
     const QByteArray sjisBytes = photo();
     Window1* w = nullptr;
+    QStringList reports;  // what the failure report was given
 
     QStringList listedNames() const
     {
@@ -94,28 +83,34 @@ private slots:
     void initTestCase()
     {
         qputenv(kSecondLaunch, channel.toUtf8());  // for the second launches, which inherit it
+        QVERIFY(QDir::setCurrent(dir.path()));  // and their folder, for relative names
         const std::pair<const char*, int> hoursAgo[] = {{"old", 20}, {"new", 1}, {"middle", 8}, {"後から", 3},
                                                         {"relative", 4}};
         for (const auto& [name, hours] : hoursAgo)
             QVERIFY(writeBytes(dir.filePath(QString::fromUtf8(name)), "", hours));
         QVERIFY(writeBytes(dir.filePath("sjis"), sjisBytes, 12));
         QCOMPARE(::rename(QFile::encodeName(dir.filePath("sjis")).constData(), sjisPath.constData()), 0);
-        setFailureReport([](const QString& action, const QString& reason) { QFAIL(qPrintable(action + reason)); });
+        setFailureReport([this](const QString& action, const QString& reason) { reports << action + ": " + reason; });
+        QVERIFY(QFile::link(dir.filePath("loop"), dir.filePath("loop")));
     }
 
     void cleanupTestCase() { QCOMPARE(::unlink(sjisPath.constData()), 0); }  // beyond Qt's removal
 
-    // Appended in the order of delivery, then sorted once by Timer4 with row 0 selected.
+    // Appended in the order of delivery, then sorted once by Timer4 with row 0 selected;
+    // what could not be listed has no row and is named in one report after the sort.
     void launch()
     {
         QVERIFY(!Window1::exists());
         const QByteArray folder = QFile::encodeName(dir.path()) + '/';
-        QVERIFY(static_cast<App*>(qApp)->start({folder + "old", folder + "new", sjisPath, folder + "middle"}, channel));
+        QVERIFY(static_cast<App*>(qApp)->start(
+            {folder + "old", folder + "gone", folder + "new", sjisPath, folder + "loop", folder + "middle"}, channel));
         w = Window1::instance();
         QCOMPARE(listedNames(), (QStringList{"old", "new", kSjisShown, "middle"}));
-        QCOMPARE(w->ListBox1->Cell(2, 4), kShot);  // read through its name's bytes
+        QVERIFY(reports.isEmpty());
         QTRY_COMPARE(w->ListBox1->ListIndex(), 0);
         QCOMPARE(listedNames(), (QStringList{"new", "middle", kSjisShown, "old"}));
+        QCOMPARE(reports, QStringList{"list every item: “gone” does not exist.\n“loop” is a loop of symbolic links."});
+        reports.clear();
     }
 
     // Later documents go to the end, unsorted, and leave the selection as it is.
@@ -125,8 +120,8 @@ private slots:
         QTest::addColumn<QList<QByteArray>>("args");
         QTest::addColumn<QStringList>("names");
         QTest::newRow("file open event") << "event" << QList<QByteArray>{"old"} << QStringList{"old"};
-        QTest::newRow("second launch, Shift-JIS and relative names")
-            << "launch" << QList<QByteArray>{sjisPath, "後から", "relative"} << QStringList{kSjisShown, "後から", "relative"};
+        QTest::newRow("second launch, Shift-JIS, relative and missing names")
+            << "launch" << QList<QByteArray>{sjisPath, "後から", "gone", "relative"} << QStringList{kSjisShown, "後から", "relative"};
         QTest::newRow("second launch without files") << "launch" << QList<QByteArray>{} << QStringList{};
         QTest::newRow("second launch past a stranger") << "stranger" << QList<QByteArray>{"new"} << QStringList{"new"};
     }
@@ -149,12 +144,12 @@ private slots:
                 stranger.write(QByteArray("\x00\x00\x00\x10" "abc", 7));
                 QVERIFY(stranger.waitForBytesWritten(5000));
             }
-            QCOMPARE(secondLaunch(dir.path(), args), 0);  // handed over, didn't become a second copy
+            QCOMPARE(secondLaunch(args), 0);  // handed over, didn't become a second copy
         }
         QTRY_COMPARE(listedNames(), expected);
         QCOMPARE(w->ListBox1->ListIndex(), 1);
-        if (how == "launch" && !args.isEmpty())
-            QCOMPARE(w->ListBox1->Cell(expected.size() - 3, 4), kShot);
+        QCOMPARE(reports, args.contains("gone") ? QStringList{"list every item: “gone” does not exist."} : QStringList{});
+        reports.clear();
     }
 
     // Dropped by its URL's percent-encoded bytes, shown, and its dates changed in place:
@@ -176,8 +171,9 @@ private slots:
         w->ExecuteBtn->click();
         setMsgBoxAnswer({});
         const QByteArray later = "2012:02:04 04:05:06";
-        QCOMPARE(readAll(sjisPath), QByteArray(sjisBytes).replace(kShot, later));
+        QCOMPARE(FolderItem(sjisPath).OpenAsBinaryFile(false)->Read(1 << 16), QByteArray(sjisBytes).replace(kShot, later));
         QCOMPARE(FolderItem(sjisPath).ModificationDate().SQLDateTime(), "2012-02-04 04:05:06");
+        QVERIFY(reports.isEmpty());
     }
 };
 
