@@ -2,6 +2,7 @@
 
 #include "platform/Exceptions.h"
 #include "platform/ListboxModel.h"
+#include "platform/TextId.h"
 
 #include <QApplication>
 #include <QHeaderView>
@@ -208,13 +209,13 @@ namespace {
 [[noreturn]] Q_DECL_COLD_FUNCTION Q_NEVER_INLINE void throwNoRow(int row)
 {
     if (row < 0)
-        throw OutOfBoundsException(QStringLiteral("No row of the list was chosen."));
-    throw OutOfBoundsException(QStringLiteral("Row %1 is no longer in the list.").arg(qint64(row) + 1));
+        throw OutOfBoundsException(textById("Report.noRowChosen", "No row of the list was chosen."));
+    throw OutOfBoundsException(textById("Report.rowGone", "Row %1 is no longer in the list.").arg(qint64(row) + 1));
 }
 
 [[noreturn]] Q_DECL_COLD_FUNCTION Q_NEVER_INLINE void throwNoColumn(int column)
 {
-    throw OutOfBoundsException(QStringLiteral("The list has no column %1.").arg(qint64(column) + 1));
+    throw OutOfBoundsException(textById("Report.noColumn", "The list has no column %1.").arg(qint64(column) + 1));
 }
 
 }  // namespace
@@ -242,7 +243,7 @@ void Listbox::checkCell(int row, int column) const
 void Listbox::setColumnCount(int columns)
 {
     if (columns < 1 || columns > ListboxModel::kMaxColumns)
-        throw OutOfBoundsException(QStringLiteral("A list has 1 to 64 columns, not %1.").arg(columns));
+        throw OutOfBoundsException(textById("Report.columnCount", "A list has 1 to 64 columns, not %1.").arg(columns));
     model_->setColumns(columns);
     columnTypes_.resize(size_t(columns), 0);
     sortDirections_.resize(size_t(columns), 1);

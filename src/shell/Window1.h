@@ -148,6 +148,9 @@ public:
 
     // ---- src/writeback: the execute run ---------------------------------------------------
     void ExecuteBtn_Action();
+    // The check that comes before the first byte of a run: a line for each ticked date that
+    // cannot be changed safely. Reads the files, writes nothing.
+    QStringList checkExecute();
 
     // ---- src/preview: preview pane and hover tag ------------------------------------------
     void drawCanvas(int row);

@@ -63,8 +63,9 @@ private slots:
         QFETCH(Box, c);
         BoxAnswerer answerer;
         answerer.press = QMessageBox::StandardButton(c.press);
-        QCOMPARE(MsgBox(QStringLiteral("Go on?"), c.code, QStringLiteral("Title")), c.result);
-        QCOMPARE(answerer.seen, QStringList(QStringLiteral("%1 %2 %3|Title|Go on?|").arg(c.icon).arg(c.defaultButton).arg(c.buttons)));
+        QCOMPARE(MsgBox(QStringLiteral("Go on?"), c.code, QStringLiteral("Title"), QStringLiteral("2 files")), c.result);
+        QCOMPARE(answerer.seen,
+                 QStringList(QStringLiteral("%1 %2 %3|Title|Go on?|2 files").arg(c.icon).arg(c.defaultButton).arg(c.buttons)));
     }
 
     // Whatever a handler throws goes to the report; without a report set, a warning dialog
