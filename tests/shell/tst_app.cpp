@@ -3,11 +3,9 @@
 // this process and ends. The second launch is this executable started again. A name in
 // Shift-JIS comes in all three ways (launch, hand-over, drop) and is written to.
 
-#include <QFileOpenEvent>
-#include <QLineEdit>
 #include <QLocalSocket>
-#include <QPushButton>
 #include <QtTest>
+#include <QtWidgets>
 
 #include <spawn.h>
 #include <sys/wait.h>

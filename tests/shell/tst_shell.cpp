@@ -2,17 +2,10 @@
 // and resized, in which parent, tab order and state), its menu bar with editing on the
 // focused field, the About window, and the text constants with the Japanese table.
 
-#include <QClipboard>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMenu>
-#include <QRadioButton>
-#include <QTranslator>
 #include <QtTest>
+#include <QtWidgets>
 
 #include "platform/HandlerGuard.h"
-#include "platform/LockLayout.h"
-#include "platform/OneShotTimer.h"
 #include "shell/AboutWindow.h"
 #include "shell/App.h"
 #include "shell/Globals.h"
