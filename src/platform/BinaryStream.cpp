@@ -194,7 +194,13 @@ Handle<BinaryStream> BinaryStream::openEncoded(const QString& path, const QByteA
         std::allocate_shared<BinaryStream>(ReusingAllocator<BinaryStream>(), Token{}, fd, write));
 }
 
+Handle<BinaryStream> BinaryStream::overBytes(const QByteArray& bytes)
+{
+    return Handle<BinaryStream>(std::make_shared<BinaryStream>(Token{}, bytes));
+}
+
 BinaryStream::BinaryStream(Token, int fd, bool writable) : fd_(fd), writable_(writable) {}
+BinaryStream::BinaryStream(Token, const QByteArray& bytes) : inMemory_(true), memory_(bytes) {}
 
 BinaryStream::~BinaryStream() { Close(); }
 
@@ -209,12 +215,24 @@ quint64 BinaryStream::Length() const
     return size > 0 ? quint64(size) : 0;
 }
 
-qint64 BinaryStream::fileSize() const { return fd_ < 0 ? -1 : sizeOf(fd_); }
+qint64 BinaryStream::fileSize() const
+{
+    if (inMemory_)
+        return memory_.size();
+    return fd_ < 0 ? -1 : sizeOf(fd_);
+}
 
 qint64 BinaryStream::readAt(char* out, qint64 count, quint64 offset) const
 {
-    if (fd_ < 0 || count <= 0 || offset > kMaxOffset)
+    if (!isOpen() || count <= 0 || offset > kMaxOffset)
         return 0;
+    if (inMemory_) {
+        if (offset >= quint64(memory_.size()))
+            return 0;
+        const qint64 n = qMin<qint64>(count, memory_.size() - qint64(offset));
+        std::memcpy(out, memory_.constData() + offset, size_t(n));
+        return n;
+    }
     if (quint64(count) > kMaxOffset - offset)
         count = qint64(kMaxOffset - offset);
     qint64 n;
@@ -250,7 +268,7 @@ const char* BinaryStream::take(qint64& count)
 
 QByteArray BinaryStream::Read(qint64 count)
 {
-    if (count <= 0 || fd_ < 0)
+    if (count <= 0 || !isOpen())
         return QByteArray();
     if (count <= kWindow) {
         const char* p = take(count);
@@ -262,7 +280,7 @@ QByteArray BinaryStream::Read(qint64 count)
 QByteArrayView BinaryStream::ReadView(qint64 count)
 {
     large_.clear();
-    if (count <= 0 || fd_ < 0)
+    if (count <= 0 || !isOpen())
         return {};
     if (count <= kWindow) {
         const char* p = take(count);
@@ -296,7 +314,7 @@ quint16 BinaryStream::ReadUInt16()
 {
     uchar bytes[2] = {0, 0};
     qint64 n = 2;
-    if (fd_ >= 0) {
+    if (isOpen()) {
         const char* p = take(n);
         std::memcpy(bytes, p, size_t(n));
     }
@@ -307,7 +325,7 @@ double BinaryStream::ReadDouble()
 {
     uchar bytes[8] = {0, 0, 0, 0, 0, 0, 0, 0};
     qint64 n = 8;
-    if (fd_ >= 0) {
+    if (isOpen()) {
         const char* p = take(n);
         std::memcpy(bytes, p, size_t(n));
     }
@@ -317,7 +335,7 @@ double BinaryStream::ReadDouble()
 
 bool BinaryStream::Write(const QByteArray& bytes)
 {
-    if (fd_ < 0 || !writable_)
+    if (!isOpen() || !writable_)
         return false;
     const qint64 size = fileSize();
     const quint64 n = quint64(bytes.size());
@@ -350,5 +368,7 @@ void BinaryStream::Close()
     if (fd_ >= 0)
         closeFile(fd_);
     fd_ = -1;
+    inMemory_ = false;
+    memory_.clear();
     windowLength_ = 0;
 }
