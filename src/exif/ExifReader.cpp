@@ -13,10 +13,12 @@
 #include "platform/MemoryBlock.h"
 #include "platform/Text.h"
 
+#include <QHash>
+
 #include <algorithm>
 #include <array>
 #include <map>
-#include <unordered_map>
+#include <memory>
 #include <vector>
 
 namespace {
@@ -94,6 +96,11 @@ double decimalAsHex(qint64 n)
 class Walk {
 public:
     explicit Walk(Window1& w) : w(w), size(w.bs->Length()) {}
+    ~Walk()
+    {
+        if (!file.isNil())
+            w.bs = file;
+    }
 
     bool complete() const { return found == 0b1111; }
 
@@ -123,41 +130,47 @@ private:
         char value[4];
     };
     // A stretch of a grid as read, with the entries of it that can change the row, in file
-    // order. taken[k] is the number k' <= k such that entry k' - 1 is the last among the
-    // first k not yet taken (0: none), kept short as it is followed.
+    // order. before[j] is the number of them before position from + 12 j. taken[k] is the
+    // number k' <= k such that entry k' - 1 is the last among the first k not yet taken
+    // (0: none), kept short as it is followed.
     struct Stretch {
         quint64 from, end;
         std::vector<Entry> entries;
-        std::vector<int> taken;
+        std::vector<int> before, taken;
         int left;
     };
     struct Grid {
-        std::map<quint64, quint64> read;      // from, to: entry positions read, merged
-        std::map<quint64, Stretch> stretches;  // by first position; only those with entries left
+        std::map<quint64, quint64> read;        // from, to: entry positions read, merged
+        std::map<quint64, Stretch*> stretches;  // by from; only those with entries left
     };
     // A directory being walked: its entries from first to before cursor are still to come.
+    // No stretch is read inside a directory after it is entered, so the stretch of its last
+    // entry taken stays the one to go on in.
     struct Frame {
         quint64 directory, first, cursor;
         Grid* grid;
-        Stretch* hint = nullptr;  // the stretch of the last entry taken, while nothing else ran
-        int below = 0;            // entries of the hint that lie before cursor
+        Stretch* stretch = nullptr;  // of the last entry taken
+        int below = 0;               // entries of that stretch before cursor
     };
     enum State : char { BeingWalked, Walked };
 
     void enter(quint64 position)
     {
-        if (complete() || !state.emplace(position, BeingWalked).second)
-            return;  // cut, or walked already: nothing more to find there
-        if (!frames.empty())
-            frames.back().hint = nullptr;
+        if (complete() || position >= size || state.contains(position))
+            return;  // nothing there; cut, or walked already: nothing more to find there
+        if (state.size() == kManyDirectories && size <= kInMemory) {
+            // Only a crafted file has this many: its reads lie all over it, and a stream over
+            // memory serves them at the cost of one read.
+            file = w.bs;
+            file->setPosition(0);
+            w.bs = BinaryStream::overBytes(file->Read(qint64(size)));
+        }
         w.bs->setPosition(position);
         w.bs->setLittleEndian(w.isLittleEndian);
         const quint64 n = w.bs->ReadUInt16();
-        if (n == 0) {
-            frames.push_back({position, position, position, &grids[0]});
+        if (n == 0)
             return;
-        }
-        // Only a position before the end of the file reads a count, so first cannot wrap.
+        state.insert(position, BeingWalked);
         const quint64 first = position + 2, end = first + 12 * n;
         Grid& grid = grids[first % 12];
         readGrid(grid, first, end);
@@ -204,18 +217,23 @@ private:
         block.setLittleEndian(w.isLittleEndian);
         w.bs->setPosition(from);
         block.setStringValue(0, length, w.bs->ReadView(length));
-        Stretch s{from, to, {}, {0}, 0};
+        auto s = std::make_unique<Stretch>(Stretch{from, to, {}, {}, {0}, 0});
+        s->before.reserve(size_t(length / 12 + 1));
         for (qint64 at = 0; at < length; at += 12) {
+            s->before.push_back(s->left);
             const int tag = block.UInt16Value(at);
             if (tag != kTagExifPointer && !rowColumn(tag))
                 continue;
             Entry e{from + quint64(at), tag, block.Short(at + 2), block.Long(at + 4), {}};
             std::copy_n(block.StringView(at + 8, 4).data(), 4, e.value);
-            s.entries.push_back(e);
-            s.taken.push_back(++s.left);
+            s->entries.push_back(e);
+            s->taken.push_back(++s->left);
         }
-        if (s.left)
-            g.stretches.emplace(from, std::move(s));
+        s->before.push_back(s->left);
+        if (s->left) {
+            g.stretches.emplace(from, s.get());
+            kept.push_back(std::move(s));
+        }
     }
 
     // The last entry of the frame's directory not yet taken, into e, and taken now.
@@ -223,36 +241,31 @@ private:
     {
         Grid& g = *f.grid;
         while (f.cursor > f.first) {
-            if (!f.hint) {
+            if (!f.stretch) {
                 auto it = g.stretches.lower_bound(f.cursor);
                 if (it == g.stretches.begin())
                     return false;
-                --it;
-                if (it->second.end <= f.first)
+                Stretch* s = std::prev(it)->second;
+                if (s->end <= f.first)
                     return false;
-                f.hint = &it->second;
-                const auto& entries = f.hint->entries;
-                f.below = int(std::lower_bound(entries.begin(), entries.end(), f.cursor,
-                                               [](const Entry& x, quint64 at) { return x.at < at; })
-                              - entries.begin());
+                f.stretch = s;
+                f.below = s->before[(std::min(f.cursor, s->end) - s->from) / 12];
             }
-            Stretch& s = *f.hint;
+            Stretch& s = *f.stretch;
             const int k = lastLeft(s, f.below);
-            if (k > 0 && s.entries[k - 1].at < f.first)
-                return false;  // what is left lies before the directory
             if (k == 0) {  // nothing left of this stretch before the cursor
                 f.cursor = s.from;
-                f.hint = nullptr;
+                f.stretch = nullptr;
                 continue;
             }
+            if (s.entries[k - 1].at < f.first)
+                return false;  // what is left lies before the directory
             e = s.entries[k - 1];
             s.taken[k] = k - 1;
             f.cursor = e.at;
             f.below = k - 1;
-            if (--s.left == 0) {
+            if (--s.left == 0)
                 g.stretches.erase(s.from);
-                f.hint = nullptr;
-            }
             return true;
         }
         return false;
@@ -308,11 +321,16 @@ private:
         }
     }
 
+    static constexpr size_t kManyDirectories = 256;
+    static constexpr quint64 kInMemory = 16 << 20;
+
     Window1& w;
     const quint64 size;
+    Handle<BinaryStream> file;  // the stream on the file, while bs is one over its bytes
     int found = 0;  // bit c - 3: column c has its final value
     std::array<Grid, 12> grids;
-    std::unordered_map<quint64, State> state;  // directories entered, by position
+    std::vector<std::unique_ptr<Stretch>> kept;
+    QHash<quint64, State> state;  // directories entered, by position
     std::vector<Frame> frames;                 // the directories being walked, innermost last
 };
 

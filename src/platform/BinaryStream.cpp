@@ -245,6 +245,12 @@ qint64 BinaryStream::readAt(char* out, qint64 count, quint64 offset) const
 const char* BinaryStream::take(qint64& count)
 {
     const quint64 pos = position_;
+    if (inMemory_) {  // no window: the bytes are at hand
+        const quint64 size = quint64(memory_.size());
+        count = pos < size ? qint64(qMin(quint64(count), size - pos)) : 0;
+        position_ = pos + quint64(count);
+        return memory_.constData() + (count ? pos : 0);
+    }
     const bool cached = windowLength_ > 0 && pos >= windowStart_
                         && pos - windowStart_ <= quint64(windowLength_)
                         && count <= windowLength_ - qint64(pos - windowStart_);
@@ -282,7 +288,7 @@ QByteArrayView BinaryStream::ReadView(qint64 count)
     large_.clear();
     if (count <= 0 || !isOpen())
         return {};
-    if (count <= kWindow) {
+    if (count <= kWindow || inMemory_) {
         const char* p = take(count);
         return QByteArrayView(p, count);
     }

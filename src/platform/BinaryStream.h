@@ -50,8 +50,9 @@ public:
     BinaryStream(Token, const QByteArray& bytes);
 
 private:
-    // Points at up to count bytes (count <= kWindow) at the position, served from the
-    // window, and moves the position past them; count becomes what there was.
+    // Points at up to count bytes (count <= kWindow, or any count over memory) at the
+    // position, served from the window, and moves the position past them; count becomes
+    // what there was.
     const char* take(qint64& count);
     qint64 readAt(char* out, qint64 count, quint64 offset) const;  // one read, EINTR retried
     qint64 fileSize() const;  // the current size, -1 if it cannot be had
