@@ -96,12 +96,19 @@ double plainIFD(Window1& w, double pos, QList<quint64>& walking, qint64& budget)
     w.bs->setPosition(toPosition(pos));
     w.bs->setLittleEndian(w.isLittleEndian);
     const qint64 n = w.bs->ReadUInt16();
-    MemoryBlock block(n * 12 + 4);
+    // Read short at the end, the rest of the directory is zeros, entries of tag 0 included.
+    const QByteArray got = w.bs->Read(n * 12 + 4);
+    MemoryBlock block(std::min<qint64>(n, (got.size() + 11) / 12) * 12), next(4);
     block.setLittleEndian(w.isLittleEndian);
-    block.setStringValue(0, block.Size(), w.bs->Read(block.Size()));
+    block.setStringValue(0, block.Size(), got);
+    next.setLittleEndian(w.isLittleEndian);
+    next.setStringValue(0, 4, QByteArrayView(got).sliced(std::min<qsizetype>(n * 12, got.size())));
     walking << toPosition(pos);
-    for (qint64 at = 0; at < n * 12 && --budget > 0; at += 12) {
+    --budget;
+    for (qint64 at = 0; at < block.Size() && --budget > 0; at += 12) {
         const int tag = block.UInt16Value(at);
+        if (tag != 274 && tag != 34665 && tag != 306 && tag != 36867 && tag != 36868)
+            continue;  // its text would be dropped
         const QString text = w.culcType(tag, block.StringView(at + 8, 4), block.Short(at + 2), block.Long(at + 4));
         if (tag == 274)
             w.ListBox1->setCellTag(w.curRow, 6, QVariant(toInteger(Val(NthField("0,0,2,2,3,1,1,3", ",", toInteger(Val(text)))))));
@@ -112,7 +119,7 @@ double plainIFD(Window1& w, double pos, QList<quint64>& walking, qint64& budget)
             w.ListBox1->setCell(w.curRow, tag == 306 ? 3 : tag - 36863, text);
     }
     walking.removeLast();
-    return block.Long(n * 12);
+    return next.Long(0);
 }
 
 }  // namespace
