@@ -54,7 +54,7 @@ void Window1::drawCanvas(int row)
     const int canvasHeight = Canvas1->height();
     // Large pictures come decoded at a reduced scale that still covers the square; the
     // arithmetic below works on the size the picture has in the file.
-    const ScaledPicture picture = openScaledPicture(f.path(), QSize(canvasWidth, canvasHeight));
+    const ScaledPicture picture = openScaledPicture(f, QSize(canvasWidth, canvasHeight));
     if (picture.isNull())
         return;
 
