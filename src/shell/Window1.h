@@ -46,7 +46,6 @@ public:
     // ---- Fields -------------------------------------------------------------------------
     bool isLittleEndian = false;
     double TiffOfs = 0;
-    int exifLinkCount = 0;  // directories entered through tag 34665 in the current walk
     Handle<BinaryStream> bs;
     bool dirtyValue = false;
     int curRow = 0;
@@ -102,7 +101,7 @@ public:
     // ---- src/exif: the TIFF/Exif walk -----------------------------------------------------
     void getExifInfo();
     double getIFDEntry();
-    double analyzeIFD(double pos);
+    double analyzeIFD(double pos);  // the next offset in the chain; entries are getExifInfo's
     QString culcType(int tag, QByteArrayView value, int type, qint64 count);
 
     // ---- src/table: the file table and its rows -------------------------------------------
