@@ -415,6 +415,23 @@ std::vector<std::pair<int, int>> selectedSpans(const QItemSelectionModel* select
 
 }  // namespace
 
+void Listbox::RemoveRows(std::vector<int> rows)
+{
+    for (int row : rows)
+        checkRow(row);
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    if (rows.empty())
+        return;
+    // A layout change takes the selection of removed rows without saying so.
+    for (const auto& [top, bottom] : selectedSpans(selectionModel())) {
+        const auto first = std::lower_bound(rows.begin(), rows.end(), top);
+        if (first != rows.end() && *first <= bottom)
+            changePending_ = true;
+    }
+    changeRows([&] { model_->removeRows(rows); });
+}
+
 int Listbox::ListIndex() const
 {
     const auto spans = selectedSpans(selectionModel());

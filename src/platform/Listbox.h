@@ -46,6 +46,9 @@ public:
     qint64 CellTagAt(int row, int column) const;
     void DeleteAllRows();
     void RemoveRow(int row);
+    // Removes all the rows named at once, in one change of the table however many they
+    // are; rows that stay keep their order, ticks, tags and selection.
+    void RemoveRows(std::vector<int> rows);
 
     // Selection. Setting ListIndex selects the row (-1 none) and raises Change.
     int ListIndex() const;

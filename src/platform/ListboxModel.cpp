@@ -113,6 +113,38 @@ void ListboxModel::removeRowAt(int row)
     endRemoveRows();
 }
 
+void ListboxModel::removeRows(const std::vector<int>& rows)
+{
+    if (rows.empty())
+        return;
+    flushChanges();
+    emit layoutAboutToBeChanged({}, QAbstractItemModel::NoLayoutChangeHint);
+    const size_t n = rows_.size();
+    std::vector<int> newRowOf(n);  // -1: removed
+    size_t kept = 0, next = 0;
+    for (size_t r = 0; r < n; ++r) {
+        if (next < rows.size() && size_t(rows[next]) == r) {
+            newRowOf[r] = -1;
+            ++next;
+            continue;
+        }
+        newRowOf[r] = int(kept);
+        if (kept != r)
+            rows_[kept] = std::move(rows_[r]);
+        ++kept;
+    }
+    rows_.erase(rows_.begin() + std::ptrdiff_t(kept), rows_.end());
+    const QModelIndexList from = persistentIndexList();
+    QModelIndexList to;
+    to.reserve(from.size());
+    for (const QModelIndex& i : from) {
+        const int row = newRowOf[size_t(i.row())];
+        to.append(row < 0 ? QModelIndex() : index(row, i.column()));
+    }
+    changePersistentIndexList(from, to);
+    emit layoutChanged({}, QAbstractItemModel::NoLayoutChangeHint);
+}
+
 void ListboxModel::clear()
 {
     if (rows_.empty())

@@ -35,6 +35,9 @@ public:
 
     void appendRow(const QString& column0);
     void removeRowAt(int row);
+    // Removes the rows named (ascending, distinct, all present) as one change of the
+    // layout: persistent indexes, and so the selection, follow the rows that stay.
+    void removeRows(const std::vector<int>& rows);
     void clear();
 
     const QString& text(int row, int column) const { return rows_[size_t(row)].texts[size_t(column)]; }

@@ -12,6 +12,7 @@
 
 #include "platform/Canvas.h"
 #include "platform/Listbox.h"
+#include "platform/PictureProbe.h"
 #include "platform/Text.h"
 
 #include <QCheckBox>
@@ -50,7 +51,7 @@ void Window1::addFileToTable(const FolderItem& f)
 {
     if (f.isNil())
         return;
-    if (OnlyPicture && OnlyPicture->isChecked() && f.OpenAsPicture().isNull())
+    if (OnlyPicture && OnlyPicture->isChecked() && !givesPicture(f))
         return;
 
     ListBox1->AddRow(f.Name());

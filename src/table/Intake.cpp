@@ -1,6 +1,6 @@
 // How files enter the table: dropped on the window (replacing the list, sorted once at the
-// end) or handed over as documents (appended; see App). OnlyPicture prunes what no
-// picture can be opened from.
+// end) or handed over as documents (appended; see App). OnlyPicture prunes what gives no
+// picture.
 
 #include "shell/Window1.h"
 
@@ -14,6 +14,7 @@
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
 #include "platform/OneShotTimer.h"
+#include "platform/PictureProbe.h"
 #include "platform/Shapes.h"
 
 void Window1::bindIntakeHandlers()
@@ -92,17 +93,24 @@ void Window1::Timer4_Action()
     }
 }
 
-// With OnlyPicture ticked, removes the rows whose file gives no picture. Backwards, so
-// that a removal shifts no row still to be tested. Unticking removes nothing and brings
-// nothing back.
+// With OnlyPicture ticked, removes the rows whose file gives no picture, judged from the
+// file's header (see givesPicture). Unticking removes nothing and brings nothing back.
+// The rows found go in one change of the table, also when a row without its file ends
+// the walk halfway: what was found until then goes, the rest stays. The walk runs
+// backwards, so that it ends at the same row as a removal one by one would.
 void Window1::Timer5_Action()
 {
     if (OnlyPicture->isChecked()) {
-        for (int row = ListBox1->ListCount() - 1; row >= 0; --row) {
-            const FolderItem f = ListBox1->CellTag(row, 0).value<FolderItem>();
-            if (f.OpenAsPicture().isNull())
-                ListBox1->RemoveRow(row);
+        std::vector<int> gone;
+        try {
+            for (int row = ListBox1->ListCount() - 1; row >= 0; --row)
+                if (!givesPicture(ListBox1->CellTag(row, 0).value<FolderItem>()))
+                    gone.push_back(row);
+        } catch (...) {
+            ListBox1->RemoveRows(gone);
+            throw;
         }
+        ListBox1->RemoveRows(gone);
     }
     OnlyPicture->setVisible(true);
 }
