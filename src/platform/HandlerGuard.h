@@ -1,6 +1,8 @@
 #pragma once
 #include <QString>
 
+#include "platform/BusyPointer.h"
+
 #include <exception>
 #include <functional>
 #include <new>
@@ -19,6 +21,7 @@ template <class F>
 void guard(const char* action, F&& handler) noexcept
 {
     try {
+        const HandlerTime time;  // shows the busy pointer if it runs long; gone before a report
         std::forward<F>(handler)();
     } catch (const std::bad_alloc&) {
         reportFailure(QString::fromUtf8(action), QStringLiteral("There was not enough memory."));

@@ -10,6 +10,7 @@
 #include <QDropEvent>
 #include <QMimeData>
 
+#include "platform/BusyPointer.h"
 #include "platform/DragItem.h"
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
@@ -67,6 +68,7 @@ void Window1::Event_DropObject(DragItem& obj, int /*action*/)
     // A drop replaces the list, even if nothing of it gets in.
     clearTables();
     do {
+        stillBusy();
         addFileToTable(obj.folderItem());
     } while (obj.NextItem());
 
@@ -103,9 +105,11 @@ void Window1::Timer5_Action()
     if (OnlyPicture->isChecked()) {
         std::vector<int> gone;
         try {
-            for (int row = ListBox1->ListCount() - 1; row >= 0; --row)
+            for (int row = ListBox1->ListCount() - 1; row >= 0; --row) {
+                stillBusy();
                 if (!givesPicture(ListBox1->CellTag(row, 0).value<FolderItem>()))
                     gone.push_back(row);
+            }
         } catch (...) {
             ListBox1->RemoveRows(gone);
             throw;

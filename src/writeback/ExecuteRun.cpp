@@ -6,6 +6,7 @@
 
 #include <stdexcept>
 
+#include "platform/BusyPointer.h"
 #include "platform/Convert.h"
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
@@ -135,6 +136,7 @@ void Window1::ExecuteBtn_Action()
     // be put back. It carries over from row to row until a row sets its own date.
     bool restore = false;
     for (int row = 0; row < count; ++row) {
+        stillBusy();
         try {
             executeRow(*this, row, restore);
         } catch (const std::exception& e) {
