@@ -16,6 +16,7 @@
 #include "platform/Listbox.h"
 #include "platform/OneShotTimer.h"
 #include "platform/PictureProbe.h"
+#include "platform/ReadAhead.h"
 #include "platform/Shapes.h"
 
 void Window1::bindIntakeHandlers()
@@ -67,10 +68,17 @@ void Window1::Event_DropObject(DragItem& obj, int /*action*/)
 
     // A drop replaces the list, even if nothing of it gets in.
     clearTables();
+    std::vector<FolderItem> items;
     do {
-        stillBusy();
-        addFileToTable(obj.folderItem());
+        items.push_back(obj.folderItem());
     } while (obj.NextItem());
+    // On a cold disk the files' first blocks are read many at once, ahead of the walk,
+    // which then reads them one after the other as ever.
+    const ReadAhead ahead(items);
+    for (const FolderItem& f : items) {
+        stillBusy();
+        addFileToTable(f);
+    }
 
     // Sorted once, as a whole: addFileToTable counts on its row being the last.
     if (ListBox1->ListCount() > 0) {
