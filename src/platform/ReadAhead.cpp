@@ -4,6 +4,8 @@
 
 #include <QFile>
 
+#include <algorithm>
+
 #if !defined(_WIN32)
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -56,12 +58,14 @@ ReadAhead::ReadAhead(const std::vector<FolderItem>& items)
     const Policy p = policy;
     if (p == Policy::Never || items.size() < 2)
         return;
+    // A warm cache is told by the first file, before any other work.
+    const auto first = std::find_if(items.begin(), items.end(), [](const FolderItem& f) { return !f.isNil(); });
+    if (first == items.end() || (p == Policy::WhenCold && cached(QFile::encodeName(first->path()))))
+        return;
     paths_.reserve(items.size());
     for (const FolderItem& f : items)
         if (!f.isNil())
             paths_.push_back(QFile::encodeName(f.path()));
-    if (paths_.empty() || (p == Policy::WhenCold && cached(paths_.front())))
-        return;
     const size_t n = std::min<size_t>(kThreads, paths_.size());
     threads_.reserve(n);
     for (size_t i = 0; i < n; ++i)

@@ -26,8 +26,6 @@ public:
     ReadAhead(const ReadAhead&) = delete;
     ReadAhead& operator=(const ReadAhead&) = delete;
 
-    bool started() const { return !threads_.empty(); }
-
     // WhenCold unless a test or a benchmark asks otherwise.
     static void setPolicy(Policy policy);
 

@@ -4,6 +4,7 @@
 #include <QFileOpenEvent>
 
 #include "platform/HandlerGuard.h"
+#include "platform/ReadAhead.h"
 #include "shell/Window1.h"
 
 App::App(int& argc, char** argv) : QApplication(argc, argv)
@@ -63,8 +64,11 @@ bool App::start(const QStringList& documents, const QString& channelName)
 
 void App::openDocuments(const QStringList& paths)
 {
-    for (const QString& p : paths)
-        Event_OpenDocument(FolderItem(p));
+    const std::vector<FolderItem> items(paths.begin(), paths.end());
+    // On a cold disk the files' first blocks are read many at once, ahead of their turn.
+    const ReadAhead ahead(items);
+    for (const FolderItem& f : items)
+        Event_OpenDocument(f);
 }
 
 // macOS hands documents over as events, at launch and later.
