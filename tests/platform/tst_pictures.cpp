@@ -37,6 +37,12 @@ private slots:
             QTest::addRow("%s cut in half", format.constData()) << bytes.left(bytes.size() / 2) << half;
             QTest::addRow("%s cut to 12 bytes", format.constData()) << bytes.left(12) << false;
             QTest::addRow("%s named .txt", format.constData()) << bytes << true;
+            if (format != "JPEG")
+                continue;
+            const qsizetype frame = bytes.indexOf("\xff\xc0"), scan = bytes.indexOf("\xff\xda");
+            QTest::newRow("JPEG with a fill byte") << QByteArray(bytes).insert(frame, '\xff') << true;
+            QTest::newRow("JPEG of width 0") << QByteArray(bytes).replace(frame + 7, 2, QByteArray(2, 0)) << false;
+            QTest::newRow("JPEG cut before its scan") << bytes.left(scan) << false;
         }
         // GIF, which is read but not written: a screen and one image 48 by 32, no data.
         const QByteArray gif = QByteArray::fromHex("474946383961" "30002000000000" "2c0000000030002000" "0002");
