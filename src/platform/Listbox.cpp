@@ -285,9 +285,12 @@ void Listbox::AddRow(const QString& column0)
     model_->appendRow(column0);
 }
 
+Listbox::RowBatch::RowBatch(Listbox& listbox) : listbox_(listbox) { listbox_.model_->holdRows(true); }
+Listbox::RowBatch::~RowBatch() { listbox_.model_->holdRows(false); }
+
 int Listbox::ListCount() const
 {
-    return model_->rowCount();
+    return model_->rows();
 }
 
 QString Listbox::Cell(int row, int column) const
@@ -445,6 +448,7 @@ void Listbox::setListIndex(int row)
         return;
     }
     checkRow(row);
+    model_->flushChanges();
     selectionModel()->setCurrentIndex(model_->index(row, 0),
                                       QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
@@ -468,6 +472,7 @@ void Listbox::setSelected(int row, bool selected)
         how |= QItemSelectionModel::ClearAndSelect;
     else
         how |= QItemSelectionModel::Select;
+    model_->flushChanges();
     selectionModel()->select(model_->index(row, 0), how);
 }
 
@@ -490,6 +495,7 @@ void Listbox::setScrollPosition(int row)
     if (ListCount() == 0)
         return;
     row = std::clamp(row, 0, ListCount() - 1);
+    model_->flushChanges();
     executeDelayedItemsLayout();
     verticalScrollBar()->setValue(row);
 }

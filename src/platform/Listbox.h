@@ -35,6 +35,19 @@ public:
 
     // Rows and cells.
     void AddRow(const QString& column0);
+    // Rows added while a RowBatch lives are shown together when it ends, or earlier where
+    // the selection, a sort or a removal needs them: adding many rows then costs the views
+    // one insertion. Everything else sees each row as soon as it is added.
+    class RowBatch {
+    public:
+        explicit RowBatch(Listbox& listbox);
+        ~RowBatch();
+        RowBatch(const RowBatch&) = delete;
+        RowBatch& operator=(const RowBatch&) = delete;
+
+    private:
+        Listbox& listbox_;
+    };
     int ListCount() const;
     QString Cell(int row, int column) const;
     void setCell(int row, int column, const QString& text);

@@ -72,12 +72,16 @@ void Window1::Event_DropObject(DragItem& obj, int /*action*/)
     do {
         items.push_back(obj.folderItem());
     } while (obj.NextItem());
-    // On a cold disk the files' first blocks are read many at once, ahead of the walk,
-    // which then reads them one after the other as ever.
-    const ReadAhead ahead(items);
-    for (const FolderItem& f : items) {
-        stillBusy();
-        addFileToTable(f);
+    {
+        // On a cold disk the files' first blocks are read many at once, ahead of the walk,
+        // which then reads them one after the other as ever. The table shows the new rows
+        // together.
+        const ReadAhead ahead(items);
+        const Listbox::RowBatch batch(*ListBox1);
+        for (const FolderItem& f : items) {
+            stillBusy();
+            addFileToTable(f);
+        }
     }
 
     // Sorted once, as a whole: addFileToTable counts on its row being the last.

@@ -178,6 +178,28 @@ private slots:
         QCoreApplication::processEvents();  // the pending cell changes reach the model tester
     }
 
+    // Rows added in a batch reach the views in one insertion at its end, or when a row of
+    // them is selected; the table counts and reads them all along.
+    void rowsAddedInABatch()
+    {
+        auto lb = fileTable();
+        QSignalSpy inserted(lb->model(), &QAbstractItemModel::rowsInserted);
+        {
+            const Listbox::RowBatch batch(*lb);
+            lb->AddRow("f");
+            lb->AddRow("g");
+            QCOMPARE(lb->ListCount(), 7);
+            QCOMPARE(lb->Cell(6, 0), "g");
+            QCOMPARE(inserted.count(), 0);
+            lb->setListIndex(6);
+            lb->AddRow("h");
+        }
+        QCOMPARE(lb->model()->rowCount(), 8);
+        QCOMPARE(inserted.count(), 2);
+        QCOMPARE(inserted.at(0).at(2).toInt() - inserted.at(0).at(1).toInt(), 1);  // f and g together
+        QCOMPARE(lb->ListIndex(), 6);
+    }
+
     void pressTogglesOnlyOnTheBox_data()
     {
         QTest::addColumn<int>("x");
