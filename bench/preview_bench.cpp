@@ -156,8 +156,8 @@ int main(int argc, char** argv)
     const int selected = w.ListBox1->ListIndex();
     const double worstBusy = busy.empty() ? 0 : *std::max_element(busy.begin(), busy.end());
 
-    const Times reduced = timeMs(runs, [&] { (void)openScaledPicture(file, w.Canvas1->size()); });
-    const ScaledPicture decoded = openScaledPicture(file, w.Canvas1->size());
+    const Times reduced = timeMs(runs, [&] { (void)openScaledPicture(FolderItem(file), w.Canvas1->size()); });
+    const ScaledPicture decoded = openScaledPicture(FolderItem(file), w.Canvas1->size());
     const Times draw = timeMs(runs, [&] { w.drawPicture(decoded); });
     const Times full = timeMs(runs, [&] {
         QImageReader r(file);

@@ -47,6 +47,34 @@
         <source></source>
         <translation>Velkaro</translation>
     </message>
+    <message id="FolderItem.doesNotExist">
+        <source>“%1” does not exist.</source>
+        <translation>「%1」は存在しません。</translation>
+    </message>
+    <message id="FolderItem.permissionDenied">
+        <source>“%1” cannot be looked at: permission denied.</source>
+        <translation>「%1」を調べる権限がありません。</translation>
+    </message>
+    <message id="FolderItem.linkLoop">
+        <source>“%1” is a loop of symbolic links.</source>
+        <translation>「%1」はシンボリックリンクのループになっています。</translation>
+    </message>
+    <message id="FolderItem.nameTooLong">
+        <source>“%1”: the name is too long.</source>
+        <translation>「%1」は名前が長すぎます。</translation>
+    </message>
+    <message id="FolderItem.otherError">
+        <source>“%1” cannot be looked at (%2).</source>
+        <translation>「%1」を調べられません（%2）。</translation>
+    </message>
+    <message id="Intake.couldNotList">
+        <source>list every item</source>
+        <translation>すべての項目を一覧に登録する</translation>
+    </message>
+    <message id="Intake.andMore">
+        <source>…and %1 more.</source>
+        <translation>…ほか %1 件。</translation>
+    </message>
     <message id="Globals.kAboutText">
         <source></source>
         <translation>【用途】写真画像ファイルなどに記録された Exif 詳細データの「日付と時刻」を変更します。

@@ -1,6 +1,7 @@
 #include "platform/BinaryStream.h"
 
-#include <QFile>
+#include "platform/FolderItem.h"
+
 #include <QtEndian>
 
 #include <bit>
@@ -26,22 +27,6 @@ constexpr quint64 kMaxOffset = quint64(std::numeric_limits<qint64>::max());
 
 #ifdef _WIN32
 
-int openFile(const QString& path, const QByteArray&, bool write)
-{
-    const int fd = _wopen(reinterpret_cast<const wchar_t*>(path.utf16()),
-                          (write ? _O_RDWR : _O_RDONLY) | _O_BINARY | _O_NOINHERIT);
-    if (fd < 0)
-        return -1;
-    struct _stati64 st;
-    if (_fstati64(fd, &st) != 0 || (st.st_mode & _S_IFMT) != _S_IFREG) {
-        const bool folder = (st.st_mode & _S_IFMT) == _S_IFDIR;
-        _close(fd);
-        errno = folder ? EISDIR : ENODEV;
-        return -1;
-    }
-    return fd;
-}
-
 qint64 readFile(int fd, char* out, qint64 count, quint64 offset)
 {
     if (_lseeki64(fd, qint64(offset), SEEK_SET) < 0)
@@ -60,31 +45,6 @@ qint64 sizeOf(int fd) { return _filelengthi64(fd); }
 void closeFile(int fd) { _close(fd); }
 
 #else
-
-int openFile(const QString&, const QByteArray& native, bool write)
-{
-    if (native.isEmpty() || native.contains('\0')) {
-        errno = ENOENT;
-        return -1;
-    }
-    // O_NONBLOCK: opening a FIFO must not wait for a writer; it is refused below anyway.
-    const int flags = (write ? O_RDWR : O_RDONLY) | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
-    int fd;
-    do
-        fd = ::open(native.constData(), flags);
-    while (fd < 0 && errno == EINTR);
-    if (fd < 0)
-        return -1;
-    // A folder opens read-only on Linux; only regular files make streams.
-    struct stat st;
-    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
-        const bool folder = S_ISDIR(st.st_mode);
-        ::close(fd);
-        errno = folder ? EISDIR : ENODEV;
-        return -1;
-    }
-    return fd;
-}
 
 qint64 readFile(int fd, char* out, qint64 count, quint64 offset)
 {
@@ -105,31 +65,6 @@ qint64 sizeOf(int fd)
 void closeFile(int fd) { ::close(fd); }
 
 #endif
-
-// Why a file could not be opened, in words that name it. error is the errno of the attempt.
-QString whyNotOpened(const QString& path, bool write, int error)
-{
-    const QString name = QStringLiteral("“%1”").arg(path.mid(path.lastIndexOf(u'/') + 1));
-    const QString failed = write ? QStringLiteral("%1 could not be opened for writing").arg(name)
-                                 : QStringLiteral("%1 could not be read").arg(name);
-    switch (error) {
-    case ENOENT:
-    case ENOTDIR:
-        return failed + QStringLiteral("; it may have been moved or deleted.");
-    case EACCES:
-    case EPERM:
-        return failed + (write ? QStringLiteral("; you do not have permission to change it.")
-                               : QStringLiteral("; you do not have permission to read it."));
-    case EROFS:
-        return failed + QStringLiteral("; it lies on a disk that cannot be written to.");
-    case EISDIR:
-        return QStringLiteral("%1 is a folder, not a file.").arg(name);
-    case ENODEV:
-        return QStringLiteral("%1 is not an ordinary file.").arg(name);
-    default:
-        return failed + QStringLiteral(" (%1).").arg(QString::fromLocal8Bit(std::strerror(error)));
-    }
-}
 
 // Streams come and go one per file as files are listed, and each carries a 4 KB window:
 // the memory of the last one released is kept for the next, instead of going back to the
@@ -178,18 +113,14 @@ struct ReusingAllocator {
 
 Handle<BinaryStream> BinaryStream::open(const QString& path, bool write)
 {
-#ifdef _WIN32
-    return openEncoded(path, QByteArray(), write);
-#else
-    return openEncoded(path, QFile::encodeName(path), write);
-#endif
+    const FolderItem f(path);
+    if (f.isNil())
+        return Handle<BinaryStream>::nil(QStringLiteral("No file was given."));
+    return f.OpenAsBinaryFile(write);
 }
 
-Handle<BinaryStream> BinaryStream::openEncoded(const QString& path, const QByteArray& encoded, bool write)
+Handle<BinaryStream> BinaryStream::fromDescriptor(int fd, bool write)
 {
-    const int fd = openFile(path, encoded, write);
-    if (fd < 0)
-        return Handle<BinaryStream>::nil(whyNotOpened(path, write, errno));
     return Handle<BinaryStream>(
         std::allocate_shared<BinaryStream>(ReusingAllocator<BinaryStream>(), Token{}, fd, write));
 }

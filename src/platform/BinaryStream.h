@@ -12,8 +12,8 @@
 class BinaryStream {
 public:
     // Opens path for reading, or for reading and writing in place (never truncating, never
-    // creating). Returns a nil handle where the item cannot be opened that way, as a folder;
-    // the handle's whyNil() names the file and says why.
+    // creating), as FolderItem::OpenAsBinaryFile does. Returns a nil handle where the item
+    // cannot be opened that way, as a folder; the handle's whyNil() names the file and says why.
     static Handle<BinaryStream> open(const QString& path, bool write);
     ~BinaryStream();
     BinaryStream(const BinaryStream&) = delete;
@@ -39,8 +39,8 @@ public:
     void Close();
 
 private:
-    friend class FolderItem;  // opens by the path it has encoded already
-    static Handle<BinaryStream> openEncoded(const QString& path, const QByteArray& encoded, bool write);
+    friend class FolderItem;  // opens the file, then hands over its descriptor
+    static Handle<BinaryStream> fromDescriptor(int fd, bool write);
     struct Token {};  // only open() makes streams
 
 public:

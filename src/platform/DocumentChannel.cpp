@@ -6,7 +6,7 @@
 #include <QLocalSocket>
 #include <QStandardPaths>
 
-// A message: its length in 4 bytes (big-endian), then each path in UTF-8 followed by a zero
+// A message: its length in 4 bytes (big-endian), then each path's bytes followed by a zero
 // byte. The listener answers with one byte once it has taken the paths, so that the
 // sender may end. Anything longer than kMaxMessage is no message of ours.
 
@@ -14,11 +14,11 @@ namespace {
 
 constexpr quint32 kMaxMessage = 64 * 1024 * 1024;
 
-QByteArray encode(const QStringList& paths)
+QByteArray encode(const QList<QByteArray>& paths)
 {
     QByteArray body;
-    for (const QString& p : paths) {
-        body += p.toUtf8();
+    for (const QByteArray& p : paths) {
+        body += p;
         body += '\0';
     }
     QByteArray message(4, '\0');
@@ -26,12 +26,12 @@ QByteArray encode(const QStringList& paths)
     return message + body;
 }
 
-QStringList decode(const QByteArray& body)
+QList<QByteArray> decode(const QByteArray& body)
 {
-    QStringList paths;
+    QList<QByteArray> paths;
     for (const QByteArray& p : body.split('\0'))
         if (!p.isEmpty())
-            paths << QString::fromUtf8(p);
+            paths << p;
     return paths;
 }
 
@@ -52,7 +52,7 @@ QString DocumentChannel::userChannelName()
     return QStringLiteral("velkaro.documents.") + QDir::home().dirName();
 }
 
-bool DocumentChannel::send(const QString& name, const QStringList& paths, int timeoutMs)
+bool DocumentChannel::send(const QString& name, const QList<QByteArray>& paths, int timeoutMs)
 {
     QLocalSocket socket;
     socket.connectToServer(name);
@@ -67,7 +67,7 @@ bool DocumentChannel::send(const QString& name, const QStringList& paths, int ti
     return true;
 }
 
-bool DocumentChannel::claim(const QStringList& paths)
+bool DocumentChannel::claim(const QList<QByteArray>& paths)
 {
     if (send(name_, paths))
         return false;
@@ -108,7 +108,7 @@ void DocumentChannel::readFrom(QLocalSocket* socket)
     if (socket->bytesAvailable() < qint64(4 + length))
         return;  // the rest is on its way
     socket->read(4);
-    const QStringList paths = decode(socket->read(length));
+    const QList<QByteArray> paths = decode(socket->read(length));
     socket->write("1", 1);
     socket->flush();
     emit received(paths);

@@ -15,7 +15,18 @@ FolderItem DragItem::folderItem() const
 {
     if (!FolderItemAvailable())
         return FolderItem();
+#if defined(_WIN32)
     return FolderItem(urls_[current_].toLocalFile());
+#else
+    // The URL's percent-encoded path is the name's bytes, whatever their encoding; decoded
+    // to text first, a name that is no UTF-8 would be lost.
+    const QUrl& url = urls_[current_];
+    QByteArray path = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
+    const QString host = url.host();
+    if (!host.isEmpty() && host.compare(QLatin1String("localhost"), Qt::CaseInsensitive) != 0)
+        path.prepend("//" + host.toUtf8());  // as toLocalFile names a file on another host
+    return FolderItem(path);
+#endif
 }
 
 bool DragItem::NextItem()

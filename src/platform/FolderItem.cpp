@@ -1,6 +1,7 @@
 #include "platform/FolderItem.h"
 
 #include "platform/Exceptions.h"
+#include "platform/TextId.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,9 +9,13 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <limits>
 
 #if defined(_WIN32)
+#include <fcntl.h>
+#include <io.h>
+#include <sys/stat.h>
 #include <windows.h>
 #else
 #include <fcntl.h>
@@ -23,33 +28,114 @@
 
 namespace {
 
-// A path as the file system's own: absolute, without "." or ".." steps, without a
-// trailing slash. An absolute path that is clean already is kept as it is, which is the
-// usual case (drops and open requests hand over absolute paths).
-QString normalized(const QString& path)
-{
 #if defined(_WIN32)
-    return QDir::cleanPath(QDir(QDir::fromNativeSeparators(path)).absolutePath());
+// The path in the form the wide calls take; native paths are kept as UTF-8 here.
+QString wide(const QByteArray& native) { return QDir::toNativeSeparators(QString::fromUtf8(native)); }
+#define WIDE(native) reinterpret_cast<const wchar_t*>(wide(native).utf16())
 #else
-    if (!QDir::isAbsolutePath(path))
-        return QDir::cleanPath(QDir::current().absoluteFilePath(path));
+// The current folder as the file system's bytes.
+QByteArray currentFolder()
+{
+    QByteArray buffer(4096, Qt::Uninitialized);
+    while (!::getcwd(buffer.data(), size_t(buffer.size()))) {
+        if (errno != ERANGE || buffer.size() > (1 << 20))
+            return QFile::encodeName(QDir::currentPath());
+        buffer.resize(buffer.size() * 2);
+    }
+    return QByteArray(buffer.constData());
+}
+
+// A path as the file system's own: absolute, without "." or ".." steps, without a
+// trailing slash, made on bytes so that any name survives. An absolute path that is clean
+// already is kept as it is, which is the usual case.
+QByteArray normalized(const QByteArray& given)
+{
+    const QByteArray path = given.startsWith('/') ? given : currentFolder() + '/' + given;
     // Clean unless some slash is followed by a slash, "." or the end (the root aside).
     const qsizetype n = path.size();
-    for (qsizetype i = 0; i < n; ++i) {
-        if (path[i] != u'/')
-            continue;
-        if (i + 1 == n ? n > 1 : path[i + 1] == u'/' || path[i + 1] == u'.')
-            return QDir::cleanPath(path);
+    bool clean = true;
+    for (qsizetype i = 0; i < n && clean; ++i)
+        if (path[i] == '/' && (i + 1 == n ? n > 1 : path[i + 1] == '/' || path[i + 1] == '.'))
+            clean = false;
+    if (clean)
+        return path;
+    QList<QByteArray> steps;
+    for (const QByteArray& step : path.split('/')) {
+        if (step == "..") {
+            if (!steps.isEmpty())
+                steps.removeLast();
+        } else if (!step.isEmpty() && step != ".") {
+            steps.append(step);
+        }
     }
-    return path;
+    return '/' + steps.join('/');
+}
+#endif
+
+// The text of a path or name for showing: bytes that are no UTF-8 show as U+FFFD.
+QString shown(const QByteArray& native)
+{
+#if defined(_WIN32)
+    return QDir::fromNativeSeparators(QString::fromUtf8(native));
+#else
+    return QFile::decodeName(native);
 #endif
 }
 
-// The dates of an item that has gone since it was named.
-QString noLongerReadable(const QString& path)
+// A name as a report shows it: one that would run off a dialog keeps its two ends.
+QString shortened(const QString& name)
 {
-    return QStringLiteral("“%1” can no longer be read; it may have been moved or deleted.")
-        .arg(path.mid(path.lastIndexOf(u'/') + 1));
+    constexpr qsizetype kEnd = 30;
+    return name.size() <= 2 * kEnd + 1 ? name : name.left(kEnd) + QChar(0x2026) + name.right(kEnd);
+}
+
+QString quoted(const QString& name) { return QStringLiteral("“%1”").arg(shortened(name)); }
+
+// Why the system gave no status for an item, in plain words that name it. error is the
+// errno of the attempt.
+QString whyNoStatus(const QString& fullName, int error)
+{
+    const QString name = shortened(fullName);
+    switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+        return textById("FolderItem.doesNotExist", "“%1” does not exist.").arg(name);
+    case EACCES:
+    case EPERM:
+        return textById("FolderItem.permissionDenied", "“%1” cannot be looked at: permission denied.").arg(name);
+    case ELOOP:
+        return textById("FolderItem.linkLoop", "“%1” is a loop of symbolic links.").arg(name);
+    case ENAMETOOLONG:
+        return textById("FolderItem.nameTooLong", "“%1”: the name is too long.").arg(name);
+    default:
+        return textById("FolderItem.otherError", "“%1” cannot be looked at (%2).")
+            .arg(name, QString::fromLocal8Bit(std::strerror(error)));
+    }
+}
+
+// Why a file could not be opened, in words that name it. error is the errno of the attempt.
+QString whyNotOpened(const QString& name, bool write, int error)
+{
+    const QString failed = write ? QStringLiteral("%1 could not be opened for writing").arg(quoted(name))
+                                 : QStringLiteral("%1 could not be read").arg(quoted(name));
+    switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+        return failed + QStringLiteral("; it may have been moved or deleted.");
+    case EACCES:
+    case EPERM:
+        return failed + (write ? QStringLiteral("; you do not have permission to change it.")
+                               : QStringLiteral("; you do not have permission to read it."));
+    case EROFS:
+        return failed + QStringLiteral("; it lies on a disk that cannot be written to.");
+    case EISDIR:
+        return QStringLiteral("%1 is a folder, not a file.").arg(quoted(name));
+    case ENODEV:
+    case ENXIO:  // a socket
+        return QStringLiteral("%1 is not an ordinary file.").arg(quoted(name));
+    default:
+        return failed + QStringLiteral(" (%1).").arg(QString::fromLocal8Bit(std::strerror(error)));
+    }
 }
 
 #if defined(_WIN32)
@@ -75,20 +161,42 @@ FILETIME toFileTime(const Date& d)
     return ft;
 }
 
-WIN32_FILE_ATTRIBUTE_DATA attributes(const QString& path)
+// The errno that stands for a failed call's Windows error.
+int errnoOf(DWORD error)
 {
-    WIN32_FILE_ATTRIBUTE_DATA data;
-    if (!GetFileAttributesExW(reinterpret_cast<const wchar_t*>(QDir::toNativeSeparators(path).utf16()),
-                              GetFileExInfoStandard, &data))
-        throw NilObjectException(noLongerReadable(path));
-    return data;
+    switch (error) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+        return ENOENT;
+    case ERROR_ACCESS_DENIED:
+        return EACCES;
+    case ERROR_FILENAME_EXCED_RANGE:
+        return ENAMETOOLONG;
+    default:
+        return EIO;
+    }
 }
 
-bool setFileTimes(const QString& path, const FILETIME* created, const FILETIME* written)
+std::optional<ItemStatus> statusOf(const QByteArray& native)
+{
+    WIN32_FILE_ATTRIBUTE_DATA a;
+    if (!GetFileAttributesExW(WIDE(native), GetFileExInfoStandard, &a)) {
+        errno = errnoOf(GetLastError());
+        return std::nullopt;
+    }
+    ItemStatus s;
+    s.kind = (a.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) ? ItemStatus::Folder : ItemStatus::RegularFile;
+    s.size = (quint64(a.nFileSizeHigh) << 32) | a.nFileSizeLow;
+    s.hasBirth = true;
+    s.birth = fromFileTime(a.ftCreationTime);
+    s.modification = fromFileTime(a.ftLastWriteTime);
+    return s;
+}
+
+bool setFileTimes(const QByteArray& native, const FILETIME* created, const FILETIME* written)
 {
     // FILE_FLAG_BACKUP_SEMANTICS lets a folder be opened too.
-    HANDLE h = CreateFileW(reinterpret_cast<const wchar_t*>(QDir::toNativeSeparators(path).utf16()),
-                           FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+    HANDLE h = CreateFileW(WIDE(native), FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                            nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
     if (h == INVALID_HANDLE_VALUE)
         return false;
@@ -104,9 +212,9 @@ ItemStatus::Kind kindOf(mode_t mode)
     return S_ISREG(mode) ? ItemStatus::RegularFile : S_ISDIR(mode) ? ItemStatus::Folder : ItemStatus::Other;
 }
 
-// One call for everything listing needs. Throws NilObjectException for an item that is
-// not there.
-ItemStatus statusOf(const QString& path, const QByteArray& native)
+// One call for everything listing needs; nothing, with errno set, where the system gives
+// no status.
+std::optional<ItemStatus> statusOf(const QByteArray& native)
 {
     ItemStatus s;
 #if defined(__linux__) && defined(STATX_BTIME)
@@ -124,11 +232,11 @@ ItemStatus statusOf(const QString& path, const QByteArray& native)
         return s;
     }
     if (errno != ENOSYS)
-        throw NilObjectException(noLongerReadable(path));
+        return std::nullopt;
 #endif
     struct stat st;
     if (::stat(native.constData(), &st) != 0)
-        throw NilObjectException(noLongerReadable(path));
+        return std::nullopt;
     s.kind = kindOf(st.st_mode);
     s.device = quint64(st.st_dev);
     s.inode = quint64(st.st_ino);
@@ -150,34 +258,49 @@ FolderItem::FolderItem(const QString& path)
 {
     if (path.isEmpty() || path.contains(QChar(0)))
         return;  // names nothing: nil
-    path_ = normalized(path);
-    native_ = QFile::encodeName(path_);
+#if defined(_WIN32)
+    native_ = QDir::cleanPath(QDir(QDir::fromNativeSeparators(path)).absolutePath()).toUtf8();
+#else
+    native_ = normalized(QFile::encodeName(path));
+#endif
 }
 
-bool FolderItem::isNil() const { return path_.isEmpty(); }
-
-const QString& FolderItem::checked() const
+FolderItem::FolderItem(const QByteArray& nativePath)
 {
-    if (path_.isEmpty())
-        throw NilObjectException(QStringLiteral("No file was given."));
-    return path_;
+    if (nativePath.isEmpty() || nativePath.contains('\0'))
+        return;  // names nothing: nil
+#if defined(_WIN32)
+    *this = FolderItem(QString::fromUtf8(nativePath));
+#else
+    native_ = normalized(nativePath);
+#endif
 }
 
-QString FolderItem::path() const { return checked(); }
+bool FolderItem::isNil() const { return native_.isEmpty(); }
+
+const QByteArray& FolderItem::checked() const
+{
+    if (native_.isEmpty())
+        throw NilObjectException(QStringLiteral("No file was given."));
+    return native_;
+}
+
+QByteArray FolderItem::nativePath() const { return checked(); }
+
+QString FolderItem::path() const { return shown(checked()); }
 
 QString FolderItem::Name() const
 {
-    const QString& p = checked();
-    const qsizetype slash = p.lastIndexOf(u'/');
-    return slash < 0 || slash == p.size() - 1 ? p : p.mid(slash + 1);
+    const QByteArray& p = checked();
+    const qsizetype slash = p.lastIndexOf('/');
+    return shown(slash < 0 || slash == p.size() - 1 ? p : p.mid(slash + 1));
 }
 
 bool FolderItem::Exists() const
 {
     checked();
 #if defined(_WIN32)
-    return GetFileAttributesW(reinterpret_cast<const wchar_t*>(QDir::toNativeSeparators(path_).utf16()))
-           != INVALID_FILE_ATTRIBUTES;
+    return GetFileAttributesW(WIDE(native_)) != INVALID_FILE_ATTRIBUTES;
 #else
     struct stat st;
     return ::stat(native_.constData(), &st) == 0;
@@ -188,7 +311,7 @@ bool FolderItem::Directory() const
 {
     checked();
 #if defined(_WIN32)
-    const DWORD a = GetFileAttributesW(reinterpret_cast<const wchar_t*>(QDir::toNativeSeparators(path_).utf16()));
+    const DWORD a = GetFileAttributesW(WIDE(native_));
     return a != INVALID_FILE_ATTRIBUTES && (a & FILE_ATTRIBUTE_DIRECTORY);
 #else
     struct stat st;
@@ -202,19 +325,20 @@ Date FolderItem::ModificationDate() const { return Status().modificationDate(); 
 
 ItemStatus FolderItem::Status() const
 {
+    QString why;
+    const std::optional<ItemStatus> s = Status(&why);
+    if (!s)
+        throw NilObjectException(why);
+    return *s;
+}
+
+std::optional<ItemStatus> FolderItem::Status(QString* why) const
+{
     checked();
-#if defined(_WIN32)
-    const WIN32_FILE_ATTRIBUTE_DATA a = attributes(path_);
-    ItemStatus s;
-    s.kind = (a.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) ? ItemStatus::Folder : ItemStatus::RegularFile;
-    s.size = (quint64(a.nFileSizeHigh) << 32) | a.nFileSizeLow;
-    s.hasBirth = true;
-    s.birth = fromFileTime(a.ftCreationTime);
-    s.modification = fromFileTime(a.ftLastWriteTime);
+    std::optional<ItemStatus> s = statusOf(native_);
+    if (!s && why)
+        *why = whyNoStatus(Name(), errno);
     return s;
-#else
-    return statusOf(path_, native_);
-#endif
 }
 
 bool FolderItem::setCreationDate(const Date& d) const
@@ -222,7 +346,7 @@ bool FolderItem::setCreationDate(const Date& d) const
     checked();
 #if defined(_WIN32)
     const FILETIME ft = toFileTime(d);
-    return setFileTimes(path_, &ft, nullptr);
+    return setFileTimes(native_, &ft, nullptr);
 #elif defined(__APPLE__)
     struct attrlist list = {};
     list.bitmapcount = ATTR_BIT_MAP_COUNT;
@@ -241,7 +365,7 @@ bool FolderItem::setModificationDate(const Date& d) const
     checked();
 #if defined(_WIN32)
     const FILETIME ft = toFileTime(d);
-    return setFileTimes(path_, nullptr, &ft);
+    return setFileTimes(native_, nullptr, &ft);
 #else
     struct timespec times[2];
     times[0].tv_sec = 0;
@@ -252,21 +376,74 @@ bool FolderItem::setModificationDate(const Date& d) const
 #endif
 }
 
+int FolderItem::openRegularFile(bool write) const
+{
+    checked();
+#if defined(_WIN32)
+    const int fd = _wopen(WIDE(native_), (write ? _O_RDWR : _O_RDONLY) | _O_BINARY | _O_NOINHERIT);
+    if (fd < 0)
+        return -1;
+    struct _stati64 st;
+    if (_fstati64(fd, &st) != 0 || (st.st_mode & _S_IFMT) != _S_IFREG) {
+        const bool folder = (st.st_mode & _S_IFMT) == _S_IFDIR;
+        _close(fd);
+        errno = folder ? EISDIR : ENODEV;
+        return -1;
+    }
+    return fd;
+#else
+    // O_NONBLOCK: opening a FIFO or a device must not wait (for a writer, a carrier); what
+    // opened is looked at before anything is read, and only a regular file is kept. On a
+    // regular file the flag changes nothing.
+    const int flags = (write ? O_RDWR : O_RDONLY) | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+    int fd;
+    do
+        fd = ::open(native_.constData(), flags);
+    while (fd < 0 && errno == EINTR);
+    if (fd < 0)
+        return -1;
+    struct stat st;
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        const bool folder = S_ISDIR(st.st_mode);
+        ::close(fd);
+        errno = folder ? EISDIR : ENODEV;
+        return -1;
+    }
+    return fd;
+#endif
+}
+
 Handle<BinaryStream> FolderItem::OpenAsBinaryFile(bool write) const
 {
-    return BinaryStream::openEncoded(checked(), native_, write);
+    const int fd = openRegularFile(write);
+    if (fd < 0)
+        return Handle<BinaryStream>::nil(whyNotOpened(Name(), write, errno));
+    return BinaryStream::fromDescriptor(fd, write);
+}
+
+std::unique_ptr<QIODevice> FolderItem::openDevice() const
+{
+    const int fd = openRegularFile(false);
+    if (fd < 0)
+        return nullptr;
+    auto file = std::make_unique<QFile>();
+    if (!file->open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+#if defined(_WIN32)
+        _close(fd);
+#else
+        ::close(fd);
+#endif
+        return nullptr;
+    }
+    return file;
 }
 
 QImage FolderItem::OpenAsPicture() const
 {
-    checked();
-#if !defined(_WIN32)
-    // Only a regular file can hold a picture; opening a FIFO would wait for a writer.
-    struct stat st;
-    if (::stat(native_.constData(), &st) != 0 || !S_ISREG(st.st_mode))
+    const std::unique_ptr<QIODevice> device = openDevice();
+    if (!device)
         return QImage();
-#endif
-    QImageReader reader(path_);
+    QImageReader reader(device.get());
     // The picture as stored: the preview reads the orientation itself.
     reader.setAutoTransform(false);
     return reader.read();

@@ -2,7 +2,11 @@
 #include <QByteArray>
 #include <QImage>
 #include <QMetaType>
+#include <QIODevice>
 #include <QString>
+
+#include <memory>
+#include <optional>
 
 #include "platform/BinaryStream.h"
 #include "platform/Date.h"
@@ -35,16 +39,23 @@ struct ItemStatus {
     Date modificationDate() const { return modification.toDate(); }
 };
 
-// A file or folder by its path. A default-made FolderItem is nil: every use of it throws
-// NilObjectException. Copies are cheap and name the same item.
+// A file or folder by its path, kept as the file system's own bytes from the moment it
+// is named: a name in any encoding (Shift-JIS, stray bytes) is opened, read, written and
+// dated as it is. Text forms are for showing only; bytes that are no UTF-8 show as U+FFFD.
+// A default-made FolderItem is nil: every use of it throws NilObjectException. Copies are
+// cheap and name the same item.
 class FolderItem {
 public:
     FolderItem() = default;
+    // A path as text, such as Qt hands over; it is encoded as the file system takes text.
     explicit FolderItem(const QString& path);
+    // A path as the file system's bytes (program arguments, a drop's URL decoded).
+    explicit FolderItem(const QByteArray& nativePath);
 
     bool isNil() const;
-    QString path() const;    // absolute path
-    QString Name() const;    // last component of the path
+    QByteArray nativePath() const;  // absolute path, the bytes every call is made with
+    QString path() const;    // absolute path, for showing
+    QString Name() const;    // last component of the path, for showing
     bool Exists() const;
     bool Directory() const;
 
@@ -53,25 +64,33 @@ public:
     // never was), both throw NilObjectException, as a missing date does when it is used.
     Date CreationDate() const;
     Date ModificationDate() const;
-    // Both dates and more from one call; throws as the dates do.
+    // Both dates and more from one call; throws as the dates do, the reason in words.
     ItemStatus Status() const;
+    // The same, without throwing: nothing where the system gives no status, and why then
+    // says so in plain words, naming the item ("“a.jpg” does not exist.").
+    std::optional<ItemStatus> Status(QString* why) const;
     // Sets the creation date where the OS can (macOS, Windows); elsewhere changes nothing
     // and returns false. Never throws for a refusal.
     bool setCreationDate(const Date& d) const;
     // Sets the modification time of a file or folder and keeps its access time.
     bool setModificationDate(const Date& d) const;
 
+    // Everything that reads or writes the item goes through these. Only a regular file
+    // opens, and opening never waits: a pipe, socket or device is refused at once.
     // A stream on the file, read-only or read-write in place; nil where it cannot be
-    // opened that way (a folder, no permission, gone).
+    // opened that way (a folder, no permission, gone), its whyNil() saying why.
     Handle<BinaryStream> OpenAsBinaryFile(bool write) const;
+    // The file open for reading as a device, for decoders that read from one; null where
+    // it cannot be opened.
+    std::unique_ptr<QIODevice> openDevice() const;
     // The whole picture, or a null image when the file holds none that can be loaded.
     QImage OpenAsPicture() const;
 
-    bool operator==(const FolderItem& o) const { return path_ == o.path_; }
+    bool operator==(const FolderItem& o) const { return native_ == o.native_; }
 
 private:
-    const QString& checked() const;  // the path, or NilObjectException
-    QString path_;
-    QByteArray native_;  // the path as the OS takes it, encoded once
+    const QByteArray& checked() const;  // the path, or NilObjectException
+    int openRegularFile(bool write) const;  // a descriptor, or -1 with errno set
+    QByteArray native_;
 };
 Q_DECLARE_METATYPE(FolderItem)

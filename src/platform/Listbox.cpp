@@ -9,6 +9,7 @@
 #include <QPainter>
 #include <QRegularExpression>
 #include <QScrollBar>
+#include <QStyleOptionHeader>
 #include <QStyledItemDelegate>
 
 #include <algorithm>
@@ -67,6 +68,38 @@ public:
     }
 };
 
+// The heading of rows kRowHeight high. The table's face is taller than the section:
+// centred between the style's margins it would lose its descenders under the section's
+// bottom line, so its label takes the section's whole height and stands on that line.
+class Heading : public QHeaderView {
+public:
+    explicit Heading(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {}
+
+protected:
+    void paintSection(QPainter* painter, const QRect& rect, int logicalIndex) const override
+    {
+        if (!rect.isValid())
+            return;
+        QStyleOptionHeaderV2 opt;
+        initStyleOption(&opt);
+        initStyleOptionForIndex(&opt, logicalIndex);
+        opt.rect = rect;
+        QStyle* s = style();
+        s->drawControl(QStyle::CE_HeaderSection, &opt, painter, this);
+        QStyleOptionHeaderV2 label = opt;
+        label.rect = s->subElementRect(QStyle::SE_HeaderLabel, &opt, this);
+        label.rect.setTop(rect.top());
+        label.rect.setBottom(rect.bottom() - 1);
+        label.textAlignment = (opt.textAlignment & Qt::AlignHorizontal_Mask) | Qt::AlignBottom;
+        s->drawControl(QStyle::CE_HeaderLabel, &label, painter, this);
+        if (opt.sortIndicator != QStyleOptionHeader::None) {
+            QStyleOptionHeaderV2 arrow = opt;
+            arrow.rect = s->subElementRect(QStyle::SE_HeaderArrow, &opt, this);
+            s->drawPrimitive(QStyle::PE_IndicatorHeaderArrow, &arrow, painter, this);
+        }
+    }
+};
+
 // Column widths are laid out over the width that stays when a vertical scroll bar is
 // shown, whether it is or not: two tables of equal width then have their columns exactly
 // above each other, whatever their row counts.
@@ -108,6 +141,7 @@ std::vector<int> columnWidths(const QStringList& entries, int columns, int total
 
 Listbox::Listbox(QWidget* parent) : QTableView(parent), model_(new ListboxModel(this))
 {
+    setHorizontalHeader(new Heading(this));
     setModel(model_);
     setItemDelegate(new CellDelegate(this));
     setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -577,9 +611,10 @@ void Listbox::applyColumnWidths()
 
 void Listbox::applyRowHeight()
 {
-    // Compact rows, but never lower than the check box.
-    const int height = std::max(fontMetrics().height() + 3, kBoxRight - kBoxLeft + 2);
-    verticalHeader()->setDefaultSectionSize(height);
+    // Rows come every kRowHeight pixels from the table's top edge: the header takes what
+    // the frame above it leaves of the first kRowHeight. A check box shrinks to its row.
+    verticalHeader()->setDefaultSectionSize(kRowHeight);
+    horizontalHeader()->setFixedHeight(std::max(1, kRowHeight - frameWidth()));
 }
 
 void Listbox::resizeEvent(QResizeEvent* e)

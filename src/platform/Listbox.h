@@ -15,6 +15,10 @@ class ListboxModel;
 class Listbox : public QTableView {
     Q_OBJECT
 public:
+    // The platform's row height: each row is this high, and so is the header together
+    // with the frame above it, so rows are counted from the top edge in steps of it.
+    static constexpr int kRowHeight = 15;
+
     explicit Listbox(QWidget* parent = nullptr);
     ~Listbox() override;
 

@@ -13,14 +13,14 @@ PictureWorker::Decoder& installedDecoder()
     return decoder;
 }
 
-ScaledPicture decode(const QString& path, QSize box)
+ScaledPicture decode(const FolderItem& f, QSize box)
 {
     PictureWorker::Decoder decoder;
     {
         const std::lock_guard lock(decoderMutex);
         decoder = installedDecoder();
     }
-    return decoder ? decoder(path, box) : openScaledPicture(path, box);
+    return decoder ? decoder(f, box) : openScaledPicture(f, box);
 }
 
 }  // namespace
@@ -33,7 +33,7 @@ void setPictureDecoder(PictureWorker::Decoder decoder)
 
 struct PictureWorker::Queue {
     struct Job {
-        QString path;
+        FolderItem file;
         QSize box;
         Done done;
     };
@@ -59,12 +59,11 @@ PictureWorker::~PictureWorker()
     thread_.join();
 }
 
-void PictureWorker::request(const QString& path, QSize box, Done done)
+void PictureWorker::request(const FolderItem& f, QSize box, Done done)
 {
     {
         const std::lock_guard lock(queue_->mutex);
-        // QString's copy is shared by reference counting, which is safe across threads.
-        queue_->next = Queue::Job{path, box, std::move(done)};
+        queue_->next = Queue::Job{f, box, std::move(done)};
     }
     queue_->wake.notify_one();
 }
@@ -83,7 +82,7 @@ void PictureWorker::run()
         }
         ScaledPicture picture;
         try {
-            picture = decode(job.path, job.box);
+            picture = decode(job.file, job.box);
         } catch (...) {
             // No picture to be had, as for a file that holds none: the pane stays empty.
         }

@@ -7,23 +7,25 @@
 #include <memory>
 #include <thread>
 
+#include "platform/FolderItem.h"
 #include "platform/ScaledPicture.h"
 
 // Decodes pictures for showing small on a thread of its own, so that the event loop never
 // waits for a decode. It keeps one request at a time: a new request replaces one that the
 // worker has not begun yet. Each picture decoded is handed to its request's `done` on the
 // thread that made the worker, through its event loop; whether it is still wanted then is
-// for `done` to decide. The decode itself touches nothing but the file it reads.
+// for `done` to decide. The decode itself touches nothing but the file it reads (a
+// FolderItem is its path's bytes, shared safely between threads).
 class PictureWorker : public QObject {
     Q_OBJECT
 public:
-    using Decoder = std::function<ScaledPicture(const QString& path, QSize box)>;
+    using Decoder = std::function<ScaledPicture(const FolderItem& f, QSize box)>;
     using Done = std::function<void(const ScaledPicture& picture)>;
 
     explicit PictureWorker(QObject* parent = nullptr);
     ~PictureWorker() override;  // waits for a decode under way; nothing more is handed back
 
-    void request(const QString& path, QSize box, Done done);
+    void request(const FolderItem& f, QSize box, Done done);
 
 signals:
     // After each picture was handed to its `done`, wanted or not.

@@ -2,8 +2,6 @@
 
 #include "platform/FolderItem.h"
 
-#include <QFile>
-
 #include <algorithm>
 
 #if !defined(_WIN32)
@@ -60,12 +58,12 @@ ReadAhead::ReadAhead(const std::vector<FolderItem>& items)
         return;
     // A warm cache is told by the first file, before any other work.
     const auto first = std::find_if(items.begin(), items.end(), [](const FolderItem& f) { return !f.isNil(); });
-    if (first == items.end() || (p == Policy::WhenCold && cached(QFile::encodeName(first->path()))))
+    if (first == items.end() || (p == Policy::WhenCold && cached(first->nativePath())))
         return;
     paths_.reserve(items.size());
     for (const FolderItem& f : items)
         if (!f.isNil())
-            paths_.push_back(QFile::encodeName(f.path()));
+            paths_.push_back(f.nativePath());
     const size_t n = std::min<size_t>(kThreads, paths_.size());
     threads_.reserve(n);
     for (size_t i = 0; i < n; ++i)

@@ -1,7 +1,6 @@
 #include "platform/ScaledPicture.h"
 
 #include <QBuffer>
-#include <QFile>
 #include <QImageReader>
 
 namespace {
@@ -40,10 +39,16 @@ QImage read(QIODevice* device, QSize scaledSize)
 
 ScaledPicture openScaledPicture(const QString& path, QSize box)
 {
+    return openScaledPicture(FolderItem(path), box);
+}
+
+ScaledPicture openScaledPicture(const FolderItem& f, QSize box)
+{
     ScaledPicture result;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    const std::unique_ptr<QIODevice> opened = f.isNil() ? nullptr : f.openDevice();
+    if (!opened)
         return result;
+    QIODevice& file = *opened;
 
     QSize stored;
     int d = 1;

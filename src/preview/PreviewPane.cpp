@@ -60,7 +60,7 @@ void Window1::drawCanvas(int row)
 
     const quint64 asked = Canvas1->backdropVersion();
     // Large pictures come decoded at a reduced scale that still covers the square.
-    previewWorker->request(f.path(), Canvas1->size(), [this, asked](const ScaledPicture& picture) {
+    previewWorker->request(f, Canvas1->size(), [this, asked](const ScaledPicture& picture) {
         if (Canvas1->backdropVersion() == asked && !picture.isNull())
             guard("show the preview", [&] { drawPicture(picture); });
     });

@@ -1,11 +1,23 @@
 #include "shell/App.h"
 
-#include <QFileInfo>
 #include <QFileOpenEvent>
 
 #include "platform/HandlerGuard.h"
+#include "platform/OneShotTimer.h"
 #include "platform/ReadAhead.h"
 #include "shell/Window1.h"
+
+namespace {
+
+QList<FolderItem> folderItems(const QList<QByteArray>& paths)
+{
+    QList<FolderItem> items;
+    for (const QByteArray& p : paths)
+        items << FolderItem(p);
+    return items;
+}
+
+}  // namespace
 
 App::App(int& argc, char** argv) : QApplication(argc, argv)
 {
@@ -13,6 +25,15 @@ App::App(int& argc, char** argv) : QApplication(argc, argv)
     setApplicationDisplayName(QStringLiteral("Velkaro"));
     setApplicationVersion(ShortVersion());
     setDesktopFileName(QStringLiteral("velkaro"));
+    // QApplication has removed the options it took; what is left are the documents. On
+    // Windows argv is in the ANSI code page and only Qt's wide arguments are whole.
+#if defined(Q_OS_WIN)
+    for (qsizetype i = 1; i < arguments().size(); ++i)
+        arguments_ << arguments()[i].toUtf8();
+#else
+    for (int i = 1; i < argc; ++i)
+        arguments_ << QByteArray(argv[i]);
+#endif
 }
 
 bool App::AutoQuit() const
@@ -35,22 +56,25 @@ void App::Event_OpenDocument(const FolderItem& item)
     guard("add the file handed over by the desktop", [&] { Window1::instance()->addFileToTable(item); });
 }
 
-QStringList App::launchDocuments() const
+QList<QByteArray> App::launchDocuments() const
 {
-    QStringList paths;
-    const QStringList args = arguments();
-    for (qsizetype i = 1; i < args.size(); ++i)
-        paths << QFileInfo(args[i]).absoluteFilePath();
+    // Made absolute here: the running copy that may take them has a folder of its own.
+    QList<QByteArray> paths;
+    for (const QByteArray& arg : arguments_) {
+        const FolderItem f(arg);
+        if (!f.isNil())
+            paths << f.nativePath();
+    }
     return paths;
 }
 
-bool App::start(const QStringList& documents, const QString& channelName)
+bool App::start(const QList<QByteArray>& documents, const QString& channelName)
 {
     channel_ = new DocumentChannel(channelName, this);
     if (!channel_->claim(documents))
         return false;
-    connect(channel_, &DocumentChannel::received, this, [this](const QStringList& paths) {
-        openDocuments(paths);
+    connect(channel_, &DocumentChannel::received, this, [this](const QList<QByteArray>& paths) {
+        openDocuments(folderItems(paths));
         Window1* w = Window1::instance();
         w->raise();
         w->activateWindow();
@@ -58,24 +82,28 @@ bool App::start(const QStringList& documents, const QString& channelName)
 
     Event_Open();
     Window1::instance();  // the default window; Timer4 sorts what arrives before it fires
-    openDocuments(documents);
+    openDocuments(folderItems(documents));
     return true;
 }
 
-void App::openDocuments(const QStringList& paths)
+void App::openDocuments(const QList<FolderItem>& items)
 {
-    const std::vector<FolderItem> items(paths.begin(), paths.end());
-    // On a cold disk the files' first blocks are read many at once, ahead of their turn.
-    const ReadAhead ahead(items);
-    for (const FolderItem& f : items)
-        Event_OpenDocument(f);
+    {
+        // On a cold disk the files' first blocks are read many at once, ahead of their turn.
+        const ReadAhead ahead(std::vector<FolderItem>(items.begin(), items.end()));
+        for (const FolderItem& item : items)
+            Event_OpenDocument(item);
+    }
+    Window1* w = Window1::instance();
+    if (w->Timer4->Mode() == 0)  // the launch's sort is over: this hand-over is an intake of its own
+        guard("name the files that could not be listed", [w] { w->reportUnlisted(); });
 }
 
 // macOS hands documents over as events, at launch and later.
 bool App::event(QEvent* e)
 {
     if (e->type() == QEvent::FileOpen) {
-        Event_OpenDocument(FolderItem(static_cast<QFileOpenEvent*>(e)->file()));
+        openDocuments({FolderItem(static_cast<QFileOpenEvent*>(e)->file())});
         return true;
     }
     return QApplication::event(e);

@@ -1,7 +1,7 @@
 #pragma once
 #include <QApplication>
 #include <QString>
-#include <QStringList>
+#include <QList>
 
 #include "platform/DocumentChannel.h"
 #include "platform/FolderItem.h"
@@ -29,19 +29,23 @@ public:
     // Clears nothing, sorts nothing, selects nothing.
     void Event_OpenDocument(const FolderItem& item);
 
-    // The files named on the command line, as absolute paths.
-    QStringList launchDocuments() const;
+    // The files named on the command line, as absolute paths in the file system's bytes
+    // (the arguments as they came, never decoded to text).
+    QList<QByteArray> launchDocuments() const;
 
     // Brings the program up with the launch's documents: hands them to the copy that runs
     // already and answers false (this process is to end), or makes the window, appends them
     // and listens for later launches. Translations are to be installed before.
-    bool start(const QStringList& documents, const QString& channelName = DocumentChannel::userChannelName());
+    bool start(const QList<QByteArray>& documents, const QString& channelName = DocumentChannel::userChannelName());
 
 protected:
     bool event(QEvent* e) override;
 
 private:
-    void openDocuments(const QStringList& paths);
+    // Appends the items; those that cannot be listed are named in one report after them,
+    // or, at launch, after Timer4's sort.
+    void openDocuments(const QList<FolderItem>& items);
 
     DocumentChannel* channel_ = nullptr;
+    QList<QByteArray> arguments_;  // argv after Qt took its own options
 };

@@ -5,6 +5,7 @@
 
 #include <QMainWindow>
 #include <QString>
+#include <QStringList>
 #include <array>
 #include <optional>
 
@@ -56,6 +57,9 @@ public:
     int baseChoice = 0;
     std::array<int, 2> clickedCell{0, 0};
     PictureWorker* previewWorker = nullptr;  // decodes the preview off the event loop
+    // The items of the intake in hand that could not be listed, each a sentence that names
+    // it and says why; named together in one report when the intake is over.
+    QStringList unlistedItems;
 
     // ---- Controls (src/shell/Window1_controls.cpp), back to front ------------------------
     RectangleShape* Winback = nullptr;
@@ -128,6 +132,7 @@ public:
     void OnlyPicture_Action();
     void Timer4_Action();
     void Timer5_Action();
+    void reportUnlisted();
 
     // ---- src/target: add values, base choice, aim value -----------------------------------
     void AddValue_Open(int index);

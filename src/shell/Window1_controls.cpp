@@ -81,11 +81,15 @@ QFont fixedFont(int pixelSize)
     return f;
 }
 
+// The design's colours for the field as it is used; disabled, it keeps the look that the
+// platform's style gives any disabled field.
 void setColors(QWidget* w, QRgb text, QRgb background)
 {
     QPalette p = w->palette();
-    p.setColor(QPalette::Text, QColor(text));
-    p.setColor(QPalette::Base, QColor(background));
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+        p.setColor(group, QPalette::Text, QColor(text));
+        p.setColor(group, QPalette::Base, QColor(background));
+    }
     w->setPalette(p);
 }
 

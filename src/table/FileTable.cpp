@@ -45,12 +45,20 @@ void Window1::ListHeader_Open()
 }
 
 // A file that can't be opened, or a folder, is listed all the same, with its file dates
-// and the marker in columns 3 to 5. Nothing here catches: a failure ends the call and
-// leaves the row as far as it got, with bs and curRow on it.
+// and the marker in columns 3 to 5. An item without a status gets no row: it is noted for
+// the intake's report. Nothing here catches: a failure ends the call and leaves the row as
+// far as it got, with bs and curRow on it.
 void Window1::addFileToTable(const FolderItem& f)
 {
     if (f.isNil())
         return;
+    // Both dates come from one status call, made before there is a row.
+    QString why;
+    const std::optional<ItemStatus> status = f.Status(&why);
+    if (!status) {
+        unlistedItems << why;
+        return;
+    }
     if (OnlyPicture && OnlyPicture->isChecked() && !givesPicture(f))
         return;
 
@@ -59,10 +67,8 @@ void Window1::addFileToTable(const FolderItem& f)
     if (ListHeader->CellCheck(0, 0))
         ListBox1->setCellCheck(curRow, 0, true);
     ListBox1->setCellTag(curRow, 0, QVariant::fromValue(f));
-    // Both dates come from one status call.
-    const ItemStatus status = f.Status();
-    const Date modified = status.modificationDate();
-    ListBox1->setCell(curRow, 1, status.creationDate().SQLDateTime());
+    const Date modified = status->modificationDate();
+    ListBox1->setCell(curRow, 1, status->creationDate().SQLDateTime());
     ListBox1->setCell(curRow, 2, modified.SQLDateTime());
     // Kept for the row's whole life, so that the execute run can put back a modification
     // date that its own writing disturbed.

@@ -1,6 +1,6 @@
 // How files enter the table: dropped on the window (replacing the list, sorted once at the
-// end) or handed over as documents (appended; see App). OnlyPicture prunes what gives no
-// picture.
+// end) or handed over as documents (appended; see App). Items that cannot be listed are
+// named in one report once the others are in. OnlyPicture prunes what gives no picture.
 
 #include "shell/Window1.h"
 
@@ -18,6 +18,16 @@
 #include "platform/PictureProbe.h"
 #include "platform/ReadAhead.h"
 #include "platform/Shapes.h"
+#include "platform/TextId.h"
+
+#include <utility>
+
+namespace {
+
+// A report names this many items at most, then says how many more there are.
+constexpr qsizetype kNamedAtMost = 20;
+
+}  // namespace
 
 void Window1::bindIntakeHandlers()
 {
@@ -68,6 +78,7 @@ void Window1::Event_DropObject(DragItem& obj, int /*action*/)
 
     // A drop replaces the list, even if nothing of it gets in.
     clearTables();
+    unlistedItems.clear();
     std::vector<FolderItem> items;
     do {
         items.push_back(obj.folderItem());
@@ -89,6 +100,7 @@ void Window1::Event_DropObject(DragItem& obj, int /*action*/)
         ListBox1->Sort();
         ListBox1->setListIndex(0);
     }
+    reportUnlisted();
 }
 
 // Hidden until the pruning walk is over, so that no second walk can be asked for.
@@ -98,13 +110,29 @@ void Window1::OnlyPicture_Action()
     Timer5->setMode(1);
 }
 
-// Once, after the launch's documents: they are sorted together and the first selected.
+// Once, after the launch's documents: they are sorted together and the first selected,
+// and those that could not be listed are named.
 void Window1::Timer4_Action()
 {
     if (ListBox1->ListCount() > 0) {
         ListBox1->Sort();
         ListBox1->setListIndex(0);
     }
+    reportUnlisted();
+}
+
+// One report for the items of an intake that could not be listed.
+void Window1::reportUnlisted()
+{
+    if (unlistedItems.isEmpty())
+        return;
+    QStringList lines = std::exchange(unlistedItems, {});
+    const qsizetype more = lines.size() - kNamedAtMost;
+    if (more > 0) {
+        lines.resize(kNamedAtMost);
+        lines << textById("Intake.andMore", "…and %1 more.").arg(more);
+    }
+    reportFailure(textById("Intake.couldNotList", "list every item"), lines.join(u'\n'));
 }
 
 // With OnlyPicture ticked, removes the rows whose file gives no picture, judged from the

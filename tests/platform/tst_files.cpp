@@ -6,6 +6,7 @@
 #include "platform/FolderItem.h"
 #include "platform/MemoryBlock.h"
 
+#include <QLocalServer>
 #include <QtTest>
 
 #include <bit>
@@ -160,7 +161,7 @@ private slots:
     // A picture is whatever its bytes hold.
     void openings_data()
     {
-        QTest::addColumn<QByteArray>("bytes");  // a file's, or what the item is: <folder>, <fifo>, <missing>
+        QTest::addColumn<QByteArray>("bytes");  // a file's, or what the item is: <folder>, <fifo>, <socket>, <missing>
         QTest::addColumn<QString>("why");  // "" for a stream; %open says how it was to be opened
         QTest::addColumn<QSize>("picture");
         QByteArray png;
@@ -170,6 +171,7 @@ private slots:
         QTest::newRow("folder.png") << QByteArray("<folder>") << "“folder.png” is a folder, not a file." << QSize(0, 0);
         // No open may wait for a writer.
         QTest::newRow("fifo") << QByteArray("<fifo>") << "“fifo” is not an ordinary file." << QSize(0, 0);
+        QTest::newRow("socket") << QByteArray("<socket>") << "“socket” is not an ordinary file." << QSize(0, 0);
         QTest::newRow("missing, and not made") << QByteArray("<missing>")
                                                << "“missing, and not made” %open; it may have been moved or deleted." << QSize(0, 0);
     }
@@ -178,11 +180,14 @@ private slots:
         QFETCH(QByteArray, bytes);
         QFETCH(QString, why);
         QFETCH(QSize, picture);
+        QLocalServer listening;
         const QString path = dir_.filePath(QTest::currentDataTag());
         if (bytes == "<folder>")
             QVERIFY(QDir().mkpath(path));
         else if (bytes == "<fifo>")
             QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        else if (bytes == "<socket>")
+            QVERIFY(listening.listen(path));
         else if (bytes != "<missing>")
             QVERIFY(QFile::rename(makeFile(bytes), path));
         const FolderItem f(path);
@@ -195,33 +200,39 @@ private slots:
                 QCOMPARE(nilText([&] { s->Read(1); }), reason);
         }
         QCOMPARE(f.OpenAsPicture().size(), picture);
+        QCOMPARE(f.openDevice() != nullptr, why.isEmpty());
         QCOMPARE(QFileInfo::exists(path), bytes != "<missing>");
     }
 
+    // A path is the file system's bytes: cleaned as bytes, shown as text with U+FFFD for
+    // what is no UTF-8.
     void paths_data()
     {
-        QTest::addColumn<QString>("given");
-        QTest::addColumn<QString>("path");
+        QTest::addColumn<QByteArray>("given");
+        QTest::addColumn<QByteArray>("path");
         QTest::addColumn<QString>("name");
-        QTest::newRow("trailing slash") << "/a/b/" << "/a/b" << "b";
-        QTest::newRow("dot steps") << "/a/./b/../c.jpg" << "/a/c.jpg" << "c.jpg";
-        QTest::newRow("doubled slashes") << "/a//b.jpg" << "/a/b.jpg" << "b.jpg";
-        QTest::newRow("relative") << "x/y.jpg" << QDir::currentPath() + "/x/y.jpg" << "y.jpg";
+        QTest::newRow("trailing slash") << QByteArray("/a/b/") << QByteArray("/a/b") << "b";
+        QTest::newRow("dot steps, doubled slashes") << QByteArray("/a/./b/..//c.jpg") << QByteArray("/a/c.jpg") << "c.jpg";
+        QTest::newRow("Shift-JIS, its trail bytes ^ and backslash")
+            << QByteArray("/a/\x8e\xca\x90^\x95\\.jpg") << QByteArray("/a/\x8e\xca\x90^\x95\\.jpg") << u"\uFFFD\u0290^\uFFFD\\.jpg"_qs;
+        QTest::newRow("stray byte, then ..") << QByteArray("/a/\xff/../\xff.jpg") << QByteArray("/a/\xff.jpg") << u"\uFFFD.jpg"_qs;
     }
     void paths()
     {
-        QFETCH(QString, given);
-        QFETCH(QString, path);
+        QFETCH(QByteArray, given);
+        QFETCH(QByteArray, path);
         QFETCH(QString, name);
         const FolderItem f(given);
-        QCOMPARE(f.path(), path);
+        QCOMPARE(f.nativePath(), path);
         QCOMPARE(f.Name(), name);
+        QCOMPARE(f, FolderItem(path));
     }
 
     void nilObjects()
     {
         QVERIFY_THROWS_EXCEPTION(NilObjectException, Handle<BinaryStream>()->Read(1));
-        for (const FolderItem& f : {FolderItem(), FolderItem(QString())}) {
+        QVERIFY_THROWS_EXCEPTION(NilObjectException, FolderItem(dir_.filePath("never there")).ModificationDate());
+        for (const FolderItem& f : {FolderItem(), FolderItem(QString()), FolderItem(QByteArray("a\0b", 3))}) {
             QVERIFY(f.isNil());
             QVERIFY_THROWS_EXCEPTION(NilObjectException, f.Name());
             QVERIFY_THROWS_EXCEPTION(NilObjectException, f.Exists());
@@ -230,14 +241,6 @@ private slots:
             QVERIFY_THROWS_EXCEPTION(NilObjectException, f.OpenAsBinaryFile(false));
             QVERIFY_THROWS_EXCEPTION(NilObjectException, f.OpenAsPicture());
         }
-        // An item that is not there has no dates, and setting one makes nothing.
-        const FolderItem gone(dir_.filePath("never there"));
-        QVERIFY(!gone.Exists());
-        const QString goneWhy = "“never there” can no longer be read; it may have been moved or deleted.";
-        QCOMPARE(nilText([&] { gone.CreationDate(); }), goneWhy);
-        QCOMPARE(nilText([&] { gone.ModificationDate(); }), goneWhy);
-        QVERIFY(!gone.setModificationDate(Date(2001, 1, 1)));
-        QVERIFY(!QFileInfo::exists(gone.path()));
     }
 
     void dates_data()

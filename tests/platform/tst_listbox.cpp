@@ -230,21 +230,6 @@ private slots:
         QTest::mouseDClick(lb->viewport(), Qt::LeftButton, {}, at);
         QCOMPARE(lb->CellCheck(1, 0), toggles);
     }
-
-    // Moves count from the table's top-left, also over the heading (the rows' moves are the
-    // hover tag's tests).
-    void mouseMoveOverTheHeading()
-    {
-        auto lb = fileTable();
-        lb->show();
-        QVERIFY(QTest::qWaitForWindowExposed(lb.get()));
-        QSignalSpy moves(lb.get(), &Listbox::MouseMove);
-        // Through the window, as the desktop delivers moves.
-        QTest::mouseMove(lb->windowHandle(), lb->horizontalHeader()->viewport()->mapTo(lb.get(), QPoint(40, 5)));
-        QTRY_VERIFY(!moves.isEmpty());
-        const int frame = lb->frameWidth();
-        QCOMPARE(moves.last(), (QVariantList{40 + frame, 5 + frame}));
-    }
 };
 
 QTEST_MAIN(TestListbox)

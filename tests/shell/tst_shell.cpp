@@ -104,6 +104,18 @@ private slots:
         QCOMPARE(tag.horizontalAdvance('i'), tag.horizontalAdvance('W'));  // a fixed-pitch face
     }
 
+    // A disabled add value looks as the style draws any disabled field.
+    void disabledFieldLooksDisabled()
+    {
+        QLineEdit plain(QStringLiteral("0"));
+        plain.setFont(w->AddValue(0)->font());
+        plain.setAlignment(w->AddValue(0)->alignment());
+        plain.resize(w->AddValue(0)->size());
+        plain.setEnabled(false);
+        const auto look = [](QWidget* f) { return f->grab().toImage().convertToFormat(QImage::Format_RGB32); };
+        QCOMPARE(look(w->AddValue(0)), look(&plain));
+    }
+
     // In content coordinates, also inside a group; "grown" with the content at 1000 by 700.
     void places_data()
     {
@@ -217,13 +229,6 @@ private slots:
             a->hide();
             QCOMPARE(a->AppName->text(), "Velkaro");
         }));
-    }
-
-    // Without a table, the separators: nothing behind day and second, which have no default.
-    void defaults()
-    {
-        using namespace Globals;
-        QCOMPARE(QStringList({kTxY(), kTxM(), kTxD(), kTxHour(), kTxMin(), kTxSec()}).join('|'), "/|/||:|:|");
     }
 
     // Each constant asks for its own key, even where two share a default text.

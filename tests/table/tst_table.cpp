@@ -3,6 +3,9 @@
 #include <QtTest>
 
 #include <QCheckBox>
+#include <QLocalServer>
+
+#include <sys/stat.h>
 
 #include <sys/stat.h>
 
@@ -43,6 +46,8 @@ class TestTable : public QObject {
     Window1* w = nullptr;
     QTemporaryDir dir;
     int failures = 0;  // reported by the handlers' guard
+    QString reported;  // the last report: what could not be done, and why
+    QLocalServer socket;
 
     QStringList listed() const
     {
@@ -69,7 +74,7 @@ class TestTable : public QObject {
 private slots:
     void initTestCase()
     {
-        setFailureReport([this](const QString&, const QString&) { ++failures; });
+        setFailureReport([this](const QString& action, const QString& why) { ++failures, reported = action + ": " + why; });
         w = Window1::instance();
         QVERIFY(QTest::qWaitForWindowExposed(w));
         QTRY_COMPARE(w->Timer4->Mode(), 0);  // the opening's sort has passed
@@ -82,6 +87,9 @@ private slots:
         QVERIFY(writeBytes(dir.filePath("new.jpg"), jpeg.data(), 2) && writeBytes(dir.filePath("middle.txt"), "not a picture", 10));
         QVERIFY(writeBytes(dir.filePath("all.jpg"), allDates()));
         QVERIFY(QDir(dir.path()).mkdir("folder"));
+        // The newest items, the socket not older than the FIFO.
+        QVERIFY(::mkfifo(QFile::encodeName(dir.filePath("fifo")).constData(), 0600) == 0 && socket.listen(dir.filePath("socket")));
+        QVERIFY(QFile::link(dir.filePath("loop"), dir.filePath("loop")));
     }
 
     void init()
@@ -222,7 +230,9 @@ private slots:
         QCOMPARE(failures, 1);
     }
 
-    // A drop replaces the list and sorts it once, newest modification date first; a drop
+    // A drop replaces the list and sorts it once, newest modification date first, and every
+    // row shows without waiting, a pipe's or socket's as an empty pane. What cannot be
+    // listed gets no row and is named in one report afterwards, at most 20 of it. A drop
     // without a file item as its first item, or a drag that leaves, changes nothing.
     void drop_data()
     {
@@ -230,21 +240,31 @@ private slots:
         QTest::addColumn<bool>("leaves");
         QTest::addColumn<QStringList>("expected");
         QTest::addColumn<int>("selected");
-        QTest::addColumn<int>("failures");
+        QTest::addColumn<QString>("report");
         const QStringList before{"earlier.jpg", "another.jpg"}, pictures{"old.jpg", "写真 と 空白.jpg", "new.jpg"};
-        QTest::newRow("text") << QStringList{} << false << before << 1 << 0;
-        QTest::newRow("web link") << QStringList{"https://example.org/a.jpg"} << false << before << 1 << 0;
-        QTest::newRow("leaving") << pictures << true << before << 1 << 0;
-        QTest::newRow("pictures, one with a japanese name") << pictures << false << QStringList{"new.jpg", "写真 と 空白.jpg", "old.jpg"} << 0 << 0;
+        QTest::newRow("text") << QStringList{} << false << before << 1 << "";
+        QTest::newRow("web link") << QStringList{"https://example.org/a.jpg"} << false << before << 1 << "";
+        QTest::newRow("leaving") << pictures << true << before << 1 << "";
+        QTest::newRow("pictures, one with a japanese name") << pictures << false << QStringList{"new.jpg", "写真 と 空白.jpg", "old.jpg"} << 0 << "";
         QTest::newRow("mixed; a folder lists itself only") << QStringList{"middle.txt", "old.jpg", "folder", "https://x.org/"} << false
-                                                            << QStringList{"folder", "middle.txt", "old.jpg"} << 0 << 0;
-        // Its dates can't be read: the drop ends there, with its row, unsorted, and says so.
-        QTest::newRow("a file that vanished") << QStringList{"gone.jpg", "new.jpg"} << false << QStringList{"gone.jpg"} << -1 << 1;
+                                                            << QStringList{"folder", "middle.txt", "old.jpg"} << 0 << "";
+        QTest::newRow("a FIFO and a socket") << QStringList{"socket", "old.jpg", "fifo", "new.jpg"} << false
+                                             << QStringList{"socket", "fifo", "new.jpg", "old.jpg"} << 0 << "";
+        const QString longName(300, u'n');
+        QTest::newRow("missing, a loop of links, a name too long") << QStringList{"gone.jpg", "old.jpg", "loop", longName, "new.jpg"}
+            << false << QStringList{"new.jpg", "old.jpg"} << 0
+            << "list every item: “gone.jpg” does not exist.\n“loop” is a loop of symbolic links.\n“" + longName.left(30) + "…"
+                   + longName.left(30) + "”: the name is too long.";
+        QStringList missing, named;
+        for (int i = 1; i <= 22; ++i)
+            named << QStringLiteral("“%1” does not exist.").arg(missing.emplaceBack(QString::number(i)));
+        QTest::newRow("22 missing") << missing << false << QStringList{} << -1 << "list every item: " + named.mid(0, 20).join('\n') + "\n…and 2 more.";
     }
     void drop()
     {
         QFETCH(QStringList, items);
         QFETCH(bool, leaves);
+        QFETCH(int, selected);
         listDirectly({"earlier.jpg", "another.jpg"});
         w->ListBox1->setListIndex(1);
         QMimeData mime;
@@ -262,8 +282,13 @@ private slots:
         QCoreApplication::sendEvent(w->windowHandle(), leaves ? static_cast<QEvent*>(&left) : &dropped);
         QVERIFY(!w->Winback->isVisible());
         QTEST(listed(), "expected");
-        QTEST(w->ListBox1->ListIndex(), "selected");
-        QTEST(failures, "failures");
+        QCOMPARE(w->ListBox1->ListIndex(), selected);
+        QTEST(failures ? reported : QString(), "report");
+        QVERIFY(failures <= 1);
+        for (int row = 0; selected == 0 && row < w->ListBox1->ListCount(); ++row) {
+            w->ListBox1->setListIndex(row);
+            QTRY_COMPARE(w->Canvas1->Backdrop().isNull(), !listed()[row].endsWith(".jpg"));
+        }
     }
 
     // A drop lists the same with its files read ahead as without: every text, tick and tag.
@@ -299,7 +324,7 @@ private slots:
         QTest::addColumn<bool>("tick");
         QTest::addColumn<QStringList>("rows");
         QTest::addColumn<QStringList>("kept");
-        const QStringList rows{"new.jpg", "middle.txt", "old.jpg", "folder", "gone.jpg"};
+        const QStringList rows{"new.jpg", "middle.txt", "fifo", "old.jpg", "folder", "gone.jpg"};
         QTest::newRow("tick keeps pictures in order") << true << rows << QStringList{"new.jpg", "old.jpg"};
         QTest::newRow("untick") << false << rows << rows;
         QTest::newRow("a row without its file") << true << QStringList{"new.jpg", "", "middle.txt"} << QStringList{"new.jpg", ""};
