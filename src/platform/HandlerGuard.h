@@ -1,7 +1,11 @@
 #pragma once
 #include <QString>
 
+<<<<<<< HEAD
 #include "platform/TextId.h"
+=======
+#include "platform/BusyPointer.h"
+>>>>>>> speed
 
 #include <exception>
 #include <functional>
@@ -24,6 +28,7 @@ template <class F>
 void guard(const char* action, F&& handler) noexcept
 {
     try {
+        const HandlerTime time;  // shows the busy pointer if it runs long; gone before a report
         std::forward<F>(handler)();
     } catch (const std::bad_alloc&) {
         reportFailure(action, textById("Report.noMemory", "There was not enough memory."));
