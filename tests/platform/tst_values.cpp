@@ -20,12 +20,6 @@ const char* const kFirst = "-9999999-01-01 00:00:00";
 enum Unit { Year, Month, Day, Hour, Minute, Second, None };
 constexpr void (Date::*kSetters[])(qint64) = {&Date::setYear, &Date::setMonth, &Date::setDay,
                                               &Date::setHour, &Date::setMinute, &Date::setSecond};
-
-void useZone(const char* zone)
-{
-    qputenv("TZ", zone);
-    tzset();
-}
 }  // namespace
 
 // One table row each: a Date with one setter applied (None: as made), and the text it shows.
@@ -34,7 +28,7 @@ struct Moment { const char* zone; qint64 seconds, nanoseconds; QString local; };
 struct Reading { QString text; double value; QString shown; };  // Val(text), Str(Val(text))
 struct Fields { QString text, separator; qint64 count, index; QString field; };
 struct Slice { qint64 start, length; QByteArray expected; };  // of "abcdef"
-struct Conversion { double value; qint64 integer; quint64 position; };
+struct Conversion { double value; qint64 integer; quint64 position; QString shown; };  // shown: Str(value)
 Q_DECLARE_METATYPE(Rollover)
 Q_DECLARE_METATYPE(Moment)
 Q_DECLARE_METATYPE(Reading)
@@ -48,7 +42,6 @@ private slots:
     void dateRollsOver_data()
     {
         QTest::addColumn<Rollover>("c");
-        QTest::newRow("31 January to February") << Rollover{Date(2021, 1, 31), Month, 2, "2021-03-03 00:00:00"};
         QTest::newRow("day 0 in a leap year") << Rollover{Date(2024, 3, 15), Day, 0, "2024-02-29 00:00:00"};
         QTest::newRow("every unit below the day at -1") << Rollover{Date(2021, 1, 1, -1, -1, -1), None, 0, "2020-12-31 22:58:59"};
         QTest::newRow("negative years of days") << Rollover{Date(2000, 3, 1), Day, 1 - 146097LL * 5000, "-1998000-03-01 00:00:00"};
@@ -73,12 +66,11 @@ private slots:
         QCOMPARE(Date(d.Year(), d.Month(), d.Day(), d.Hour(), d.Minute(), d.Second()), d);
     }
 
+    // (Summer time and a moment before 1970 are the file items' test, through the file system.)
     void unixTimeThroughLocalTime_data()
     {
         QTest::addColumn<Moment>("c");
         const char* const berlin = "Europe/Berlin";
-        QTest::newRow("one second before the epoch") << Moment{"UTC", -1, 0, "1969-12-31 23:59:59"};
-        QTest::newRow("Berlin summer time") << Moment{berlin, 1625097600, 0, "2021-07-01 02:00:00"};
         QTest::newRow("whole seconds in the nanoseconds") << Moment{berlin, 0, 1999999999, "1970-01-01 01:00:01"};
         QTest::newRow("negative nanoseconds") << Moment{berlin, 0, -1, "1970-01-01 00:59:59"};
         QTest::newRow("largest moment") << Moment{berlin, kMax, kMax, kLast};
@@ -87,7 +79,8 @@ private slots:
     void unixTimeThroughLocalTime()
     {
         QFETCH(Moment, c);
-        useZone(c.zone);
+        qputenv("TZ", c.zone);
+        tzset();
         const Date d = Date::fromUnixTime(c.seconds, c.nanoseconds);
         QCOMPARE(d.SQLDateTime(), c.local);
         QCOMPARE(Date::fromUnixTime(d.toUnixTime()), d);  // the same moment again
@@ -99,14 +92,12 @@ private slots:
         QTest::newRow("blanks, sign, fraction, exponent") << Reading{" \t-4.5e-1x", -0.45, "-0.45"};
         QTest::newRow("no digit before the point") << Reading{"-.5", -0.5, "-0.5"};
         QTest::newRow("negative zero") << Reading{"-0", 0, "0"};
-        QTest::newRow("fifteen digits at most") << Reading{"0.33333333333333333", 1.0 / 3, "0.333333333333333"};
         QTest::newRow("shortest text") << Reading{"0.30000000000000004", 0.1 + 0.2, "0.3"};
         QTest::newRow("largest plain whole") << Reading{"999999999999999", 999999999999999.0, "999999999999999"};
         QTest::newRow("1e15") << Reading{"1000000000000000", 1e15, "1e+15"};
         QTest::newRow("hex in any case") << Reading{"&HfF", 255, "255"};
         QTest::newRow("hex 32-bit pattern") << Reading{"&hFFFFFFFF", 4294967295.0, "4294967295"};
         QTest::newRow("hex 64-bit pattern is negative") << Reading{"&hFFFFFFFFFFFFFFFF", -1, "-1"};
-        QTest::newRow("binary") << Reading{"&b1012", 5, "5"};
         QTest::newRow("overflow") << Reading{"-1e400", -kInf, "-INF"};
         QTest::newRow("underflow") << Reading{"1e-400", 0, "0"};
         QTest::newRow("exponent of many digits") << Reading{"1e99999999999999999999999", kInf, "INF"};
@@ -146,8 +137,6 @@ private slots:
         QTest::newRow("the marker and a date") << QStringLiteral("Exif取得不能") << QStringLiteral("2021:05:06 07:08:09") << false;
         QTest::newRow("letters in other case") << QStringLiteral("Exif取得不能") << QStringLiteral("EXIF取得不能") << true;
         QTest::newRow("one is longer") << QStringLiteral("abc") << QStringLiteral("ABCD") << false;
-        QTest::newRow("Greek final sigma") << QStringLiteral("ΟΔΟΣ") << QStringLiteral("οδος") << true;
-        QTest::newRow("both empty") << QString() << QStringLiteral("") << true;
     }
     void sameText()
     {
@@ -174,16 +163,12 @@ private slots:
         QCOMPARE(MidB("abcdef", c.start, c.length), c.expected);
     }
 
+    // (Where InStrB finds the TIFF signature, and where a part of it does not count, is the
+    // reader's test.)
     void textsAndBytes()
     {
-        QCOMPARE(Str(kNaN), QStringLiteral("NAN"));  // a Double read from a file may be any pattern
         QCOMPARE(Len(QString::fromUtf8("a😀b")), 3);  // a surrogate pair is one character
-        const QByteArray mm("MM\0*", 4);
-        const QByteArray file = QByteArray("\xFF\xD8xxII*\0", 8) + mm;
-        QCOMPARE(InStrB(file, mm), 9);
-        QCOMPARE(InStrB(file.left(11), mm), 0);  // three bytes of it do not count
-        QCOMPARE(LeftB(file, kMin), QByteArray());
-        QCOMPARE(AscB(file), 0xFFu);
+        QCOMPARE(AscB(QByteArray("\xFF\xD8")), 0xFFu);
         QCOMPARE(AscB(QByteArray()), 0u);
     }
 
@@ -191,18 +176,20 @@ private slots:
     {
         QTest::addColumn<Conversion>("c");
         const quint64 top = std::numeric_limits<quint64>::max(), half = quint64(1) << 63;
-        QTest::newRow("negative fraction") << Conversion{-1.9, -1, top};
-        QTest::newRow("small negative") << Conversion{-0.5, 0, 0};
-        QTest::newRow("not a number") << Conversion{kNaN, 0, 0};
-        QTest::newRow("negative infinity") << Conversion{-kInf, kMin, half};
-        QTest::newRow("2^63") << Conversion{9223372036854775808.0, kMax, half};
-        QTest::newRow("2^64") << Conversion{18446744073709551616.0, kMax, top};
+        QTest::newRow("negative fraction") << Conversion{-1.9, -1, top, "-1.9"};
+        QTest::newRow("small negative") << Conversion{-0.5, 0, 0, "-0.5"};
+        // A Double read from a file may be any pattern.
+        QTest::newRow("not a number") << Conversion{kNaN, 0, 0, "NAN"};
+        QTest::newRow("negative infinity") << Conversion{-kInf, kMin, half, "-INF"};
+        QTest::newRow("2^63") << Conversion{9223372036854775808.0, kMax, half, "9.22337203685478e+18"};
+        QTest::newRow("2^64") << Conversion{18446744073709551616.0, kMax, top, "1.84467440737096e+19"};
     }
     void conversions()
     {
         QFETCH(Conversion, c);
         QCOMPARE(toInteger(c.value), c.integer);
         QCOMPARE(toPosition(c.value), c.position);
+        QCOMPARE(Str(c.value), c.shown);
     }
 };
 

@@ -91,25 +91,25 @@ private slots:
         QVERIFY(writeBytes(dir.filePath("sjis"), sjisBytes, 12));
         QCOMPARE(::rename(QFile::encodeName(dir.filePath("sjis")).constData(), sjisPath.constData()), 0);
         setFailureReport([this](const QString& action, const QString& reason) { reports << action + ": " + reason; });
-        QVERIFY(QFile::link(dir.filePath("loop"), dir.filePath("loop")));
     }
 
     void cleanupTestCase() { QCOMPARE(::unlink(sjisPath.constData()), 0); }  // beyond Qt's removal
 
     // Appended in the order of delivery, then sorted once by Timer4 with row 0 selected;
-    // what could not be listed has no row and is named in one report after the sort.
+    // what could not be listed has no row and is named in one report after the sort. (Each
+    // reason's wording, a loop of links among them, is the drop's test.)
     void launch()
     {
         QVERIFY(!Window1::exists());
         const QByteArray folder = QFile::encodeName(dir.path()) + '/';
         QVERIFY(static_cast<App*>(qApp)->start(
-            {folder + "old", folder + "gone", folder + "new", sjisPath, folder + "loop", folder + "middle"}, channel));
+            {folder + "old", folder + "gone", folder + "new", sjisPath, folder + "middle"}, channel));
         w = Window1::instance();
         QCOMPARE(listedNames(), (QStringList{"old", "new", kSjisShown, "middle"}));
         QVERIFY(reports.isEmpty());
         QTRY_COMPARE(w->ListBox1->ListIndex(), 0);
         QCOMPARE(listedNames(), (QStringList{"new", "middle", kSjisShown, "old"}));
-        QCOMPARE(reports, QStringList{"list every item: “gone” does not exist.\n“loop” is a loop of symbolic links."});
+        QCOMPARE(reports, QStringList{"list every item: “gone” does not exist."});
         reports.clear();
     }
 
