@@ -126,7 +126,13 @@ Handle<BinaryStream> BinaryStream::fromDescriptor(int fd, bool write)
         std::allocate_shared<BinaryStream>(ReusingAllocator<BinaryStream>(), Token{}, fd, write));
 }
 
+Handle<BinaryStream> BinaryStream::overBytes(const QByteArray& bytes)
+{
+    return Handle<BinaryStream>(std::make_shared<BinaryStream>(Token{}, bytes));
+}
+
 BinaryStream::BinaryStream(Token, int fd, bool writable) : fd_(fd), writable_(writable) {}
+BinaryStream::BinaryStream(Token, const QByteArray& bytes) : inMemory_(true), memory_(bytes) {}
 
 BinaryStream::~BinaryStream() { Close(); }
 
@@ -141,12 +147,24 @@ quint64 BinaryStream::Length() const
     return size > 0 ? quint64(size) : 0;
 }
 
-qint64 BinaryStream::fileSize() const { return fd_ < 0 ? -1 : sizeOf(fd_); }
+qint64 BinaryStream::fileSize() const
+{
+    if (inMemory_)
+        return memory_.size();
+    return fd_ < 0 ? -1 : sizeOf(fd_);
+}
 
 qint64 BinaryStream::readAt(char* out, qint64 count, quint64 offset) const
 {
-    if (fd_ < 0 || count <= 0 || offset > kMaxOffset)
+    if (!isOpen() || count <= 0 || offset > kMaxOffset)
         return 0;
+    if (inMemory_) {
+        if (offset >= quint64(memory_.size()))
+            return 0;
+        const qint64 n = qMin<qint64>(count, memory_.size() - qint64(offset));
+        std::memcpy(out, memory_.constData() + offset, size_t(n));
+        return n;
+    }
     if (quint64(count) > kMaxOffset - offset)
         count = qint64(kMaxOffset - offset);
     qint64 n;
@@ -159,6 +177,12 @@ qint64 BinaryStream::readAt(char* out, qint64 count, quint64 offset) const
 const char* BinaryStream::take(qint64& count)
 {
     const quint64 pos = position_;
+    if (inMemory_) {  // no window: the bytes are at hand
+        const quint64 size = quint64(memory_.size());
+        count = pos < size ? qint64(qMin(quint64(count), size - pos)) : 0;
+        position_ = pos + quint64(count);
+        return memory_.constData() + (count ? pos : 0);
+    }
     const bool cached = windowLength_ > 0 && pos >= windowStart_
                         && pos - windowStart_ <= quint64(windowLength_)
                         && count <= windowLength_ - qint64(pos - windowStart_);
@@ -182,7 +206,7 @@ const char* BinaryStream::take(qint64& count)
 
 QByteArray BinaryStream::Read(qint64 count)
 {
-    if (count <= 0 || fd_ < 0)
+    if (count <= 0 || !isOpen())
         return QByteArray();
     if (count <= kWindow) {
         const char* p = take(count);
@@ -194,9 +218,9 @@ QByteArray BinaryStream::Read(qint64 count)
 QByteArrayView BinaryStream::ReadView(qint64 count)
 {
     large_.clear();
-    if (count <= 0 || fd_ < 0)
+    if (count <= 0 || !isOpen())
         return {};
-    if (count <= kWindow) {
+    if (count <= kWindow || inMemory_) {
         const char* p = take(count);
         return QByteArrayView(p, count);
     }
@@ -228,7 +252,7 @@ quint16 BinaryStream::ReadUInt16()
 {
     uchar bytes[2] = {0, 0};
     qint64 n = 2;
-    if (fd_ >= 0) {
+    if (isOpen()) {
         const char* p = take(n);
         std::memcpy(bytes, p, size_t(n));
     }
@@ -239,7 +263,7 @@ double BinaryStream::ReadDouble()
 {
     uchar bytes[8] = {0, 0, 0, 0, 0, 0, 0, 0};
     qint64 n = 8;
-    if (fd_ >= 0) {
+    if (isOpen()) {
         const char* p = take(n);
         std::memcpy(bytes, p, size_t(n));
     }
@@ -249,7 +273,7 @@ double BinaryStream::ReadDouble()
 
 bool BinaryStream::Write(const QByteArray& bytes)
 {
-    if (fd_ < 0 || !writable_)
+    if (!isOpen() || !writable_)
         return false;
     const qint64 size = fileSize();
     const quint64 n = quint64(bytes.size());
@@ -282,5 +306,7 @@ void BinaryStream::Close()
     if (fd_ >= 0)
         closeFile(fd_);
     fd_ = -1;
+    inMemory_ = false;
+    memory_.clear();
     windowLength_ = 0;
 }

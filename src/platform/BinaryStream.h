@@ -5,7 +5,7 @@
 
 #include "platform/Handle.h"
 
-// A stream on an open file. Reads never fail: a read past the end comes up short or
+// A stream on an open file, or on bytes in memory. Reads never fail: a read past the end comes up short or
 // empty, and a number read there is 0 (its missing bytes count as zero). A write at a
 // position that the file cannot reach writes nothing. Positions are unsigned 64-bit, so a
 // negative Double position, converted by toPosition, lies far beyond any end.
@@ -15,6 +15,8 @@ public:
     // creating), as FolderItem::OpenAsBinaryFile does. Returns a nil handle where the item
     // cannot be opened that way, as a folder; the handle's whyNil() names the file and says why.
     static Handle<BinaryStream> open(const QString& path, bool write);
+    // A read-only stream over bytes in memory, read exactly as a file of those bytes.
+    static Handle<BinaryStream> overBytes(const QByteArray& bytes);
     ~BinaryStream();
     BinaryStream(const BinaryStream&) = delete;
     BinaryStream& operator=(const BinaryStream&) = delete;
@@ -45,14 +47,17 @@ private:
 
 public:
     BinaryStream(Token, int fd, bool writable);
+    BinaryStream(Token, const QByteArray& bytes);
 
 private:
-    // Points at up to count bytes (count <= kWindow) at the position, served from the
-    // window, and moves the position past them; count becomes what there was.
+    // Points at up to count bytes (count <= kWindow, or any count over memory) at the
+    // position, served from the window, and moves the position past them; count becomes
+    // what there was.
     const char* take(qint64& count);
     qint64 readAt(char* out, qint64 count, quint64 offset) const;  // one read, EINTR retried
-    qint64 fileSize() const;
-    QByteArray readLarge(qint64 count);  // a read beyond the window, straight from the file  // the current size, -1 if it cannot be had
+    qint64 fileSize() const;  // the current size, -1 if it cannot be had
+    QByteArray readLarge(qint64 count);  // a read beyond the window, straight from the file
+    bool isOpen() const { return fd_ >= 0 || inMemory_; }
 
     // The reader reads the first 256 bytes, then directories and small values that lie
     // close together near the start: one aligned window of the file, a page, serves them
@@ -61,6 +66,8 @@ private:
     static constexpr qint64 kWindow = 4096;
 
     int fd_ = -1;
+    bool inMemory_ = false;  // then memory_ stands for the file
+    QByteArray memory_;
     bool writable_ = false;
     bool littleEndian_ = false;
     quint64 position_ = 0;

@@ -185,14 +185,20 @@ ItemStatus::Kind kindOf(mode_t mode)
     return S_ISREG(mode) ? ItemStatus::RegularFile : S_ISDIR(mode) ? ItemStatus::Folder : ItemStatus::Other;
 }
 
-// One call for everything listing needs; nothing, with errno set, where the system gives
-// no status.
-std::optional<ItemStatus> statusOf(const QByteArray& native)
+std::optional<ItemStatus> statusOf(const QByteArray& native) { return readItemStatus(-1, native.constData()); }
+#endif
+
+}  // namespace
+
+#if !defined(_WIN32)
+std::optional<ItemStatus> readItemStatus(int fd, const char* path)
 {
+    const bool ofDescriptor = path == nullptr;
     ItemStatus s;
 #if defined(__linux__) && defined(STATX_BTIME)
     struct statx sx;
-    if (::statx(AT_FDCWD, native.constData(), AT_STATX_SYNC_AS_STAT,
+    if (::statx(ofDescriptor ? fd : AT_FDCWD, ofDescriptor ? "" : path,
+                (ofDescriptor ? AT_EMPTY_PATH : 0) | AT_STATX_SYNC_AS_STAT,
                 STATX_TYPE | STATX_INO | STATX_SIZE | STATX_MTIME | STATX_BTIME, &sx) == 0) {
         s.kind = kindOf(sx.stx_mode);
         s.device = (quint64(sx.stx_dev_major) << 32) | sx.stx_dev_minor;
@@ -208,7 +214,7 @@ std::optional<ItemStatus> statusOf(const QByteArray& native)
         return std::nullopt;
 #endif
     struct stat st;
-    if (::stat(native.constData(), &st) != 0)
+    if ((ofDescriptor ? ::fstat(fd, &st) : ::stat(path, &st)) != 0)
         return std::nullopt;
     s.kind = kindOf(st.st_mode);
     s.device = quint64(st.st_dev);
@@ -224,8 +230,6 @@ std::optional<ItemStatus> statusOf(const QByteArray& native)
     return s;
 }
 #endif
-
-}  // namespace
 
 FolderItem::FolderItem(const QString& path)
 {

@@ -47,6 +47,13 @@ struct ItemStatus {
     }
 };
 
+#if !defined(_WIN32)
+// The one status call behind FolderItem::Status and PinnedItem::status: of the open
+// descriptor fd when path is null, else of path (a symbolic link followed). Nothing, with
+// errno set, where the system gives no status.
+std::optional<ItemStatus> readItemStatus(int fd, const char* path);
+#endif
+
 // A file or folder by its path, kept as the file system's own bytes from the moment it
 // is named: a name in any encoding (Shift-JIS, stray bytes) is opened, read, written and
 // dated as it is. Text forms are for showing only; bytes that are no UTF-8 show as U+FFFD.

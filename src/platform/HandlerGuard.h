@@ -1,6 +1,7 @@
 #pragma once
 #include <QString>
 
+#include "platform/BusyPointer.h"
 #include "platform/TextId.h"
 
 #include <exception>
@@ -24,6 +25,7 @@ template <class F>
 void guard(const char* action, F&& handler) noexcept
 {
     try {
+        const HandlerTime time;  // shows the busy pointer if it runs long; gone before a report
         std::forward<F>(handler)();
     } catch (const std::bad_alloc&) {
         reportFailure(action, textById("Report.noMemory", "There was not enough memory."));

@@ -320,9 +320,12 @@ void Listbox::AddRow(const QString& column0)
     model_->appendRow(column0);
 }
 
+Listbox::RowBatch::RowBatch(Listbox& listbox) : listbox_(listbox) { listbox_.model_->holdRows(true); }
+Listbox::RowBatch::~RowBatch() { listbox_.model_->holdRows(false); }
+
 int Listbox::ListCount() const
 {
-    return model_->rowCount();
+    return model_->rows();
 }
 
 QString Listbox::Cell(int row, int column) const
@@ -450,6 +453,23 @@ std::vector<std::pair<int, int>> selectedSpans(const QItemSelectionModel* select
 
 }  // namespace
 
+void Listbox::RemoveRows(std::vector<int> rows)
+{
+    for (int row : rows)
+        checkRow(row);
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    if (rows.empty())
+        return;
+    // A layout change takes the selection of removed rows without saying so.
+    for (const auto& [top, bottom] : selectedSpans(selectionModel())) {
+        const auto first = std::lower_bound(rows.begin(), rows.end(), top);
+        if (first != rows.end() && *first <= bottom)
+            changePending_ = true;
+    }
+    changeRows([&] { model_->removeRows(rows); });
+}
+
 int Listbox::ListIndex() const
 {
     const auto spans = selectedSpans(selectionModel());
@@ -463,6 +483,7 @@ void Listbox::setListIndex(int row)
         return;
     }
     checkRow(row);
+    model_->flushChanges();
     selectionModel()->setCurrentIndex(model_->index(row, 0),
                                       QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
@@ -486,6 +507,7 @@ void Listbox::setSelected(int row, bool selected)
         how |= QItemSelectionModel::ClearAndSelect;
     else
         how |= QItemSelectionModel::Select;
+    model_->flushChanges();
     selectionModel()->select(model_->index(row, 0), how);
 }
 
@@ -508,6 +530,7 @@ void Listbox::setScrollPosition(int row)
     if (ListCount() == 0)
         return;
     row = std::clamp(row, 0, ListCount() - 1);
+    model_->flushChanges();
     executeDelayedItemsLayout();
     verticalScrollBar()->setValue(row);
 }

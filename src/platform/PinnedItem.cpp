@@ -72,12 +72,6 @@ std::wstring nativePath(const FolderItem& f)
 }
 #else
 timespec toTimespec(const FileTime& t) { return {time_t(t.seconds), long(t.nanoseconds)}; }
-FileTime fromTimespec(const timespec& t) { return {qint64(t.tv_sec), qint64(t.tv_nsec)}; }
-
-ItemStatus::Kind kindOf(mode_t mode)
-{
-    return S_ISREG(mode) ? ItemStatus::RegularFile : S_ISDIR(mode) ? ItemStatus::Folder : ItemStatus::Other;
-}
 #endif
 
 }  // namespace
@@ -273,41 +267,11 @@ bool PinnedItem::status(ItemStatus& s)
 {
     if (fd_ < 0)
         return false;
-    s = ItemStatus();
-#if defined(__linux__) && defined(STATX_BTIME)
-    // The same call and the same reading of it as FolderItem::Status, so that identities compare.
-    struct statx sx;
-    if (::statx(fd_, "", AT_EMPTY_PATH | AT_STATX_SYNC_AS_STAT,
-                STATX_TYPE | STATX_INO | STATX_SIZE | STATX_MTIME | STATX_BTIME, &sx) == 0) {
-        s.kind = kindOf(sx.stx_mode);
-        s.device = (quint64(sx.stx_dev_major) << 32) | sx.stx_dev_minor;
-        s.inode = sx.stx_ino;
-        s.size = sx.stx_size;
-        s.hasBirth = (sx.stx_mask & STATX_BTIME) != 0;
-        if (s.hasBirth)
-            s.birth = {qint64(sx.stx_btime.tv_sec), qint64(sx.stx_btime.tv_nsec)};
-        s.modification = {qint64(sx.stx_mtime.tv_sec), qint64(sx.stx_mtime.tv_nsec)};
-        size_ = s.size;
-        sizeKnown_ = true;
-        return true;
-    }
-    if (errno != ENOSYS)
+    // The same reading as FolderItem::Status, so that identities compare.
+    std::optional<ItemStatus> read = readItemStatus(fd_, nullptr);
+    if (!read)
         return fail(errno);
-#endif
-    struct stat st;
-    if (::fstat(fd_, &st) != 0)
-        return fail(errno);
-    s.kind = kindOf(st.st_mode);
-    s.device = quint64(st.st_dev);
-    s.inode = quint64(st.st_ino);
-    s.size = quint64(st.st_size);
-#if defined(__APPLE__)
-    s.hasBirth = true;
-    s.birth = fromTimespec(st.st_birthtimespec);
-    s.modification = fromTimespec(st.st_mtimespec);
-#else
-    s.modification = fromTimespec(st.st_mtim);
-#endif
+    s = *read;
     size_ = s.size;
     sizeKnown_ = true;
     return true;

@@ -28,8 +28,10 @@ class DragItem;
 class Listbox;
 class LockLayout;
 class OneShotTimer;
+class PictureWorker;
 class RectangleShape;
 class RoundRectangleShape;
+struct ScaledPicture;
 
 // The marker of a date that a file did not give; logic compares against it.
 inline const QString kNoExif = QStringLiteral("Exif取得不能");
@@ -46,7 +48,6 @@ public:
     // ---- Fields -------------------------------------------------------------------------
     bool isLittleEndian = false;
     double TiffOfs = 0;
-    int exifLinkCount = 0;  // directories entered through tag 34665 in the current walk
     Handle<BinaryStream> bs;
     bool dirtyValue = false;
     int curRow = 0;
@@ -54,6 +55,7 @@ public:
     int clickedCheckRow = 0;
     int baseChoice = 0;
     std::array<int, 2> clickedCell{0, 0};
+    PictureWorker* previewWorker = nullptr;  // decodes the preview off the event loop
     // The items of the intake in hand that could not be listed, each a sentence that names
     // it and says why; named together in one report when the intake is over.
     QStringList unlistedItems;
@@ -102,7 +104,7 @@ public:
     // ---- src/exif: the TIFF/Exif walk -----------------------------------------------------
     void getExifInfo();
     double getIFDEntry();
-    double analyzeIFD(double pos);
+    double analyzeIFD(double pos);  // the next offset in the chain; entries are getExifInfo's
     QString culcType(int tag, QByteArrayView value, int type, qint64 count);
 
     // ---- src/table: the file table and its rows -------------------------------------------
@@ -154,6 +156,7 @@ public:
 
     // ---- src/preview: preview pane and hover tag ------------------------------------------
     void drawCanvas(int row);
+    void drawPicture(const ScaledPicture& picture);
     void optimizePictureSize(int w, int h, int& boxWidth, int& boxHeight, int& offsetX, int& offsetY);
     void ListBox1_MouseMove(int x, int y);
     void ListBox1_MouseExit();

@@ -12,6 +12,7 @@
 
 #include "platform/Canvas.h"
 #include "platform/Listbox.h"
+#include "platform/PictureProbe.h"
 #include "platform/Text.h"
 
 #include <QCheckBox>
@@ -58,7 +59,7 @@ void Window1::addFileToTable(const FolderItem& f)
         unlistedItems << why;
         return;
     }
-    if (OnlyPicture && OnlyPicture->isChecked() && f.OpenAsPicture().isNull())
+    if (OnlyPicture && OnlyPicture->isChecked() && !givesPicture(f))
         return;
 
     ListBox1->AddRow(f.Name());

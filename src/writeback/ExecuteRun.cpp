@@ -15,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/BusyPointer.h"
 #include "platform/Convert.h"
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
@@ -267,6 +268,7 @@ QStringList checkPlan(Listbox* table, const RunPlan& plan)
 {
     QStringList lines;
     for (const RowPlan& p : plan.rows) {
+        stillBusy();
         const std::map<int, QString> why = checkRow(p);
         for (int column : {3, 4, 5, 1, 2}) {
             auto it = why.find(column);
@@ -387,6 +389,8 @@ void Window1::ExecuteBtn_Action()
     const QStringList failed = checkPlan(ListBox1, plan);
     if (!failed.isEmpty())
         throw CheckFailed(failed);
-    for (const RowPlan& p : plan.rows)
+    for (const RowPlan& p : plan.rows) {
+        stillBusy();
         carryOut(ListBox1, p);
+    }
 }

@@ -50,6 +50,7 @@ private slots:
         QVERIFY_THROWS_EXCEPTION(OutOfBoundsException, lb->setCell(0, 7, "x"));
         QVERIFY_THROWS_EXCEPTION(OutOfBoundsException, lb->setCellCheck(0, -1, true));
         QVERIFY_THROWS_EXCEPTION(OutOfBoundsException, lb->RemoveRow(5));
+        QVERIFY_THROWS_EXCEPTION(OutOfBoundsException, lb->RemoveRows({0, 5}));
         QVERIFY_THROWS_EXCEPTION(OutOfBoundsException, lb->setListIndex(-2));
         QVERIFY_THROWS_EXCEPTION(OutOfBoundsException, lb->Selected(5));
         QVERIFY_THROWS_EXCEPTION(OutOfBoundsException, lb->PressHeader(7));
@@ -124,10 +125,36 @@ private slots:
         lb->RemoveRow(3);
         lb->RemoveRow(2);
         lb->setListIndex(1);
+        lb->RemoveRows({0});  // rows around the selected one go: it stays selected
+        QCOMPARE(lb->Cell(lb->ListIndex(), 0), QStringLiteral("b"));
         lb->setListIndex(-1);
+        lb->setListIndex(0);
+        lb->RemoveRows({1, 0, 1});  // the selected one among them
         lb->DeleteAllRows();
-        QCOMPARE(seen, (QList<int>{2, -1, 1, -1}));
+        QCOMPARE(seen, (QList<int>{2, -1, 1, -1, 0, -1}));
         QCoreApplication::processEvents();  // the pending cell changes reach the model tester
+    }
+
+    // Rows added in a batch reach the views in one insertion at its end, or when a row of
+    // them is selected; the table counts and reads them all along.
+    void rowsAddedInABatch()
+    {
+        auto lb = fileTable();
+        QSignalSpy inserted(lb->model(), &QAbstractItemModel::rowsInserted);
+        {
+            const Listbox::RowBatch batch(*lb);
+            lb->AddRow("f");
+            lb->AddRow("g");
+            QCOMPARE(lb->ListCount(), 7);
+            QCOMPARE(lb->Cell(6, 0), "g");
+            QCOMPARE(inserted.count(), 0);
+            lb->setListIndex(6);
+            lb->AddRow("h");
+        }
+        QCOMPARE(lb->model()->rowCount(), 8);
+        QCOMPARE(inserted.count(), 2);
+        QCOMPARE(inserted.at(0).at(2).toInt() - inserted.at(0).at(1).toInt(), 1);  // f and g together
+        QCOMPARE(lb->ListIndex(), 6);
     }
 
     // The pointer over the shown table (its moves are the hover tag's tests). A press

@@ -1,7 +1,8 @@
 // The small widgets and services of the platform layer: message boxes, the failure report,
-// one-shot timers and the drawn shapes. (Where the lock layout puts controls, also inside
-// groups, is the main window's test.)
+// the busy pointer, one-shot timers and the drawn shapes. (Where the lock layout puts
+// controls, also inside groups, is the main window's test.)
 
+#include "platform/BusyPointer.h"
 #include "platform/Canvas.h"
 #include "platform/HandlerGuard.h"
 #include "platform/MsgBox.h"
@@ -90,6 +91,27 @@ private slots:
         setFailureReport({});
         QCOMPARE(answerer.seen, QStringList(QStringLiteral("%1 0 1|Velkaro|Velkaro could not change the dates in the files.|"
                                                            "The disk is full.").arg(QMessageBox::Warning)));
+    }
+
+    // A handler past 0.3 s shows the busy pointer until it ends; a failure's report, shown
+    // after the handler, sees the usual pointer again.
+    void busyPointerOverLongHandlers()
+    {
+        qint64 shownAfter = -1;
+        bool busyAtReport = true;
+        setFailureReport([&](const QString&, const QString&) { busyAtReport = QGuiApplication::overrideCursor(); });
+        guard("sort the files", [&] {
+            QElapsedTimer clock;
+            clock.start();
+            while (!QGuiApplication::overrideCursor() && clock.elapsed() < 5000)
+                stillBusy();
+            shownAfter = clock.elapsed();
+            QCOMPARE(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
+            throw std::runtime_error("x");
+        });
+        setFailureReport({});
+        QVERIFY2(shownAfter >= 300 && shownAfter < 1000, qPrintable(QString::number(shownAfter)));
+        QVERIFY(!busyAtReport && !QGuiApplication::overrideCursor());
     }
 
     // (That a timer made is off until armed is the scheduled value's test: a window whose

@@ -3,7 +3,10 @@
 #include <QDateTime>
 #include <QFile>
 
+#include "platform/Convert.h"
 #include "platform/Listbox.h"
+#include "platform/MemoryBlock.h"
+#include "platform/Text.h"
 #include "shell/Window1.h"
 
 QByteArray TiffBuilder::number(quint32 v, int size) const
@@ -84,4 +87,77 @@ QString seen(const QByteArray& f, const QList<QByteArray>& dates, int turns)
     for (const QByteArray& date : dates)
         out << (date.isEmpty() ? QStringLiteral("-") : QString::fromLatin1(date) + '@' + QString::number(f.indexOf(date)));
     return (out << (turns < 0 ? QStringLiteral("-") : QString::number(turns))).join(QStringLiteral(" | "));
+}
+
+namespace {
+
+double plainIFD(Window1& w, double pos, QList<quint64>& walking, qint64& budget)
+{
+    w.bs->setPosition(toPosition(pos));
+    w.bs->setLittleEndian(w.isLittleEndian);
+    const qint64 n = w.bs->ReadUInt16();
+    // Read short at the end, the rest of the directory is zeros, entries of tag 0 included.
+    const QByteArray got = w.bs->Read(n * 12 + 4);
+    MemoryBlock block(std::min<qint64>(n, (got.size() + 11) / 12) * 12), next(4);
+    block.setLittleEndian(w.isLittleEndian);
+    block.setStringValue(0, block.Size(), got);
+    next.setLittleEndian(w.isLittleEndian);
+    next.setStringValue(0, 4, QByteArrayView(got).sliced(std::min<qsizetype>(n * 12, got.size())));
+    walking << toPosition(pos);
+    --budget;
+    for (qint64 at = 0; at < block.Size() && --budget > 0; at += 12) {
+        const int tag = block.UInt16Value(at);
+        if (tag != 274 && tag != 34665 && tag != 306 && tag != 36867 && tag != 36868)
+            continue;  // its text would be dropped
+        const QString text = w.culcType(tag, block.StringView(at + 8, 4), block.Short(at + 2), block.Long(at + 4));
+        if (tag == 274)
+            w.ListBox1->setCellTag(w.curRow, 6, QVariant(toInteger(Val(NthField("0,0,2,2,3,1,1,3", ",", toInteger(Val(text)))))));
+        const double to = Val("&h" + text) + w.TiffOfs;
+        if (tag == 34665 && !walking.contains(toPosition(to)))
+            plainIFD(w, to, walking, budget);
+        if (tag == 306 || tag == 36867 || tag == 36868)
+            w.ListBox1->setCell(w.curRow, tag == 306 ? 3 : tag - 36863, text);
+    }
+    walking.removeLast();
+    return next.Long(0);
+}
+
+}  // namespace
+
+QString readBytes(Window1& w, const QByteArray& bytes, bool plain, qint64 budget)
+{
+    w.ListBox1->AddRow("bytes");
+    w.curRow = w.ListBox1->ListCount() - 1;
+    for (int column = 3; column <= 5; ++column)
+        w.ListBox1->setCell(w.curRow, column, kNoExif);
+    w.bs = BinaryStream::overBytes(bytes);
+    if (!plain) {
+        w.getExifInfo();
+        return exifView(w, w.curRow);
+    }
+    double position = w.getIFDEntry();
+    QList<quint64> walking;
+    for (int pass = 0; pass < 101 && (pass > 0 || position >= 0) && budget > 0; ++pass) {
+        const double next = plainIFD(w, position, walking, budget);
+        if (next == 0)
+            break;
+        position = next + w.TiffOfs;
+    }
+    return budget > 0 ? exifView(w, w.curRow) : QString();
+}
+
+QString rowProblem(const Window1& w, int row)
+{
+    QString problem;
+    for (int column = 3; column <= 5; ++column) {
+        const QVariant tag = w.ListBox1->CellTag(row, column);
+        const bool marker = w.ListBox1->Cell(row, column) == kNoExif;
+        if (marker == tag.isValid() || (marker && w.ListBox1->CellCheck(row, column)) ||
+            (!marker && (tag.typeId() != QMetaType::Double || w.ListBox1->Cell(row, column).size() > 254)))
+            problem += QStringLiteral(" column %1").arg(column);
+    }
+    const QVariant turns = w.ListBox1->CellTag(row, 6);
+    if (turns.isValid() && (turns.typeId() != QMetaType::LongLong || turns.toLongLong() < 0 || turns.toLongLong() > 3))
+        problem += QStringLiteral(" orientation code");
+    return problem;
 }

@@ -1,0 +1,66 @@
+// libFuzzer target for the Exif reader. The bytes are listed as addFileToTable lists a file,
+// through a stream over memory: the row must be consistent (a date's text and position come
+// together, the orientation code is a number of quarter turns) and, where the plain walk
+// gets through within its budget, the same as it. Sanitizers catch any read out of bounds.
+// Built by scripts/test when clang is there (build-fuzz/); by hand:
+//   cmake -S . -B build-fuzz -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang \
+//         -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVELKARO_SANITIZE=ON -DVELKARO_FUZZ=ON \
+//         -DVELKARO_TESTS=OFF -DVELKARO_BENCH=OFF
+//   cmake --build build-fuzz --target reader_fuzz reader_seeds
+//   build-fuzz/fuzz/reader_seeds seeds && build-fuzz/fuzz/reader_fuzz -dict=fuzz/reader.dict corpus seeds
+
+#include <QApplication>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "platform/Listbox.h"
+#include "shell/Window1.h"
+#include "support/TiffBuilder.h"
+
+namespace {
+
+// Entries the plain walk may take for one input: enough for every seed, and few enough
+// that an input of many pointers costs no more than a few milliseconds.
+constexpr qint64 kPlainBudget = 1000;
+
+void fail(const char* what, const QString& detail)
+{
+    std::fprintf(stderr, "%s: %s\n", what, qPrintable(detail));
+    std::abort();
+}
+
+}  // namespace
+
+// Fontconfig keeps what it allocates when the window first lays out text, for good.
+extern "C" const char* __lsan_default_suppressions() { return "leak:libfontconfig.so\n"; }
+
+extern "C" int LLVMFuzzerInitialize(int*, char***)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    static int argc = 1;
+    static char name[] = "reader_fuzz";
+    static char* argv[] = {name, nullptr};
+    static QApplication* app = new QApplication(argc, argv);  // for good: nothing tears Qt down at exit
+    Q_UNUSED(app);
+    // A first file read here, so that what Qt sets up once is not counted against an input.
+    readBytes(*Window1::instance(), camera(false, "2001:02:03 04:05:06", {}, {}).bytes(), true);
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    Window1& w = *Window1::instance();
+    const QByteArray bytes(reinterpret_cast<const char*>(data), qsizetype(size));
+    const QString shown = readBytes(w, bytes);
+    if (const QString problem = rowProblem(w, 0); !problem.isEmpty())
+        fail("inconsistent row", problem + " in " + shown);
+    const QString plain = readBytes(w, bytes, true, kPlainBudget);
+    if (!plain.isEmpty() && plain != shown)
+        fail("not as the plain walk", "shown " + shown + ", plain " + plain);
+    // What the input made goes with it, so that the fuzzer's leak check finds nothing to do.
+    w.ListBox1->DeleteAllRows();
+    w.bs = {};
+    QCoreApplication::sendPostedEvents();  // the table's updates, which would pile up
+    return 0;
+}
