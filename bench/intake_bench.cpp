@@ -1,18 +1,24 @@
-// intake_bench [--runs R] [--show] LIST
+// intake_bench [--runs R] [--show] [--no-read-ahead] [--walk] LIST
 //
 // Builds the window offscreen and times what a drop of the files named in LIST (one path a
-// line) costs: addFileToTable for every file, then the one sort. One unmeasured warm-up
-// run, then R timed runs (default 5), each on an emptied table; --runs 0 times one run
-// without a warm-up. Prints one line per run and a summary line: medians of wall and CPU
-// time, the best wall time, and the process's peak resident size. Run it through
-// bench/intake, which builds it in Release and makes the files.
+// line) costs: the read-ahead that a drop starts on a cold disk, addFileToTable for every
+// file in one batch of rows, then the one sort. One unmeasured warm-up run, then R timed runs (default 5), each
+// on an emptied table; --runs 0 times one run without a warm-up (a cold run).
+// --no-read-ahead leaves the read-ahead out. --walk then ticks "list only still image
+// files" and times the walk that prunes the table (Timer5_Action), once.
+// Prints one line per run and a summary line: medians of wall and CPU time, the best wall
+// time, and the process's peak resident size. Run it through bench/intake, which builds
+// it in Release and makes the files.
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QFile>
+#include <QSignalBlocker>
 #include <QStringList>
 
 #include "platform/FolderItem.h"
 #include "platform/Listbox.h"
+#include "platform/ReadAhead.h"
 #include "shell/Window1.h"
 
 #include <sys/resource.h>
@@ -59,16 +65,20 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     QStringList args = app.arguments().mid(1);
     int runs = 5;
-    bool show = false;
+    bool show = false, walk = false;
     while (!args.isEmpty() && args.first().startsWith(QLatin1String("--"))) {
         const QString option = args.takeFirst();
         if (option == QLatin1String("--runs") && !args.isEmpty())
             runs = std::max(0, args.takeFirst().toInt());
         else if (option == QLatin1String("--show"))
             show = true;
+        else if (option == QLatin1String("--no-read-ahead"))
+            ReadAhead::setPolicy(ReadAhead::Policy::Never);
+        else if (option == QLatin1String("--walk"))
+            walk = true;
     }
     if (args.size() != 1) {
-        std::fprintf(stderr, "usage: intake_bench [--runs R] [--show] LIST\n");
+        std::fprintf(stderr, "usage: intake_bench [--runs R] [--show] [--no-read-ahead] [--walk] LIST\n");
         return 2;
     }
     QFile list(args.first());
@@ -91,8 +101,13 @@ int main(int argc, char** argv)
         w.clearTables();
         const double c0 = cpuSeconds();
         const auto t0 = Clock::now();
-        for (const FolderItem& f : items)
-            w.addFileToTable(f);
+        {
+            // As a drop does it.
+            const ReadAhead ahead(items);
+            const Listbox::RowBatch batch(*w.ListBox1);
+            for (const FolderItem& f : items)
+                w.addFileToTable(f);
+        }
         const auto t1 = Clock::now();
         if (w.ListBox1->ListCount() > 0)
             w.ListBox1->Sort();
@@ -107,14 +122,29 @@ int main(int argc, char** argv)
     }
     for (int row = 0; row < w.ListBox1->ListCount(); ++row)
         withDates += w.ListBox1->CellTag(row, 4).isValid();
+    const long tableRssKb = peakRssKb();  // before the walk, which the table doesn't need
+    double walkSeconds = 0, walkCpu = 0;
+    int rowsAfterWalk = w.ListBox1->ListCount();
+    if (walk) {
+        {
+            const QSignalBlocker quiet(w.OnlyPicture);
+            w.OnlyPicture->setChecked(true);
+        }
+        const double c0 = cpuSeconds();
+        const auto t0 = Clock::now();
+        w.Timer5_Action();
+        walkSeconds = seconds(t0, Clock::now());
+        walkCpu = cpuSeconds() - c0;
+        rowsAfterWalk = w.ListBox1->ListCount();
+    }
     std::vector<double> totals;
     for (size_t i = 0; i < adds.size(); ++i)
         totals.push_back(adds[i] + sorts[i]);
     const double add = median(adds), sort = median(sorts), total = median(totals), n = double(items.size());
     std::printf("files=%zu rows=%d with_shooting_date=%d add_s=%.6f sort_s=%.6f total_s=%.6f best_s=%.6f "
-                "cpu_s=%.6f us_per_file=%.2f files_per_s=%.0f peak_rss_kb=%ld\n",
+                "cpu_s=%.6f us_per_file=%.2f files_per_s=%.0f walk_s=%.6f walk_cpu_s=%.6f rows_after_walk=%d peak_rss_kb=%ld\n",
                 items.size(), w.ListBox1->ListCount(), withDates, add, sort, total,
                 *std::min_element(totals.begin(), totals.end()), median(cpus), n > 0 ? total * 1e6 / n : 0.0,
-                total > 0 ? n / total : 0.0, peakRssKb());
+                total > 0 ? n / total : 0.0, walkSeconds, walkCpu, rowsAfterWalk, tableRssKb);
     return 0;
 }

@@ -1,14 +1,20 @@
-// How long selecting a large photo takes to show its preview.
+// What holding the Down arrow through a column of large photos costs the window.
 //
-//   bench/preview (or build-bench/bench/preview_bench) [WIDTH HEIGHT] [RUNS]
+//   bench/preview (or build-bench/bench/preview_bench) [JPEG | WIDTH HEIGHT] [ROWS]
 //
 // Makes a WIDTHxHEIGHT JPEG (default 6000x4000, quality 92) of a smooth scene under heavy
 // sensor-like noise (each channel off by up to 40 either way; noise is what makes the
-// entropy decoding, the part no reduced scale saves, expensive), then times drawCanvas on
-// it and, for comparison, a full decode of the same file. Prints the median of RUNS
-// (default 7) of each in milliseconds, as wall time and as the process's CPU time, which
-// other work on the machine disturbs less. Run it on a Release build; a sanitizer build
-// is several times slower.
+// entropy decoding, the part no reduced scale saves, expensive), or takes the JPEG named,
+// lists it ROWS times (default 100), and presses Down from the first row to the last,
+// one press every 33 ms as a held key repeats, then waits for the last picture. Prints:
+//   press         the time each key press takes (the Change handler), median and worst
+//   loop busy     the longest stretch the event loop spent without waiting for input
+//                 between presses (drawing a picture that came back, painting the window),
+//                 and the drawing of a picture that came back alone, median of 7
+//   pictures      how many were drawn, and how long the last row's took after its press
+//   decode        what one press cost when the decode ran inside it: the reduced decode
+//                 alone (openScaledPicture), and a full decode, medians of 7
+// Run it on a Release build; a sanitizer build is several times slower.
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -16,13 +22,18 @@
 #include <QImageReader>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
 #include <QTextStream>
 
 #include <algorithm>
 #include <ctime>
 #include <vector>
 
+#include "platform/Canvas.h"
 #include "platform/Listbox.h"
+#include "platform/PictureWorker.h"
+#include "platform/ScaledPicture.h"
 #include "shell/Window1.h"
 
 namespace {
@@ -71,7 +82,8 @@ int main(int argc, char** argv)
         given = args.takeAt(1);
     const int width = args.size() > 2 ? args[1].toInt() : 6000;
     const int height = args.size() > 2 ? args[2].toInt() : 4000;
-    const int runs = qMax(1, args.size() > 3 ? args[3].toInt() : 7);
+    const int rows = qMax(2, args.size() > 3 ? args[3].toInt() : args.size() == 2 ? args[1].toInt() : 100);
+    const int runs = 7;
     QTextStream out(stdout);
 
     QTemporaryDir dir;
@@ -90,20 +102,77 @@ int main(int argc, char** argv)
             return 1;
         }
     }
-    out << (given.isEmpty() ? QStringLiteral("%1x%2 noisy JPEG").arg(width).arg(height) : given) << ", " << QFileInfo(file).size() / 1024 << " KiB, median of " << runs
-        << " runs\n";
+    out << (given.isEmpty() ? QStringLiteral("%1x%2 noisy JPEG").arg(width).arg(height) : given) << ", "
+        << QFileInfo(file).size() / 1024 << " KiB, listed " << rows << " times\n";
 
     Window1 w;
-    w.ListBox1->AddRow(QStringLiteral("noisy.jpg"));
-    w.ListBox1->setCellTag(0, 0, QVariant::fromValue(FolderItem(file)));
+    w.show();
+    for (int row = 0; row < rows; ++row) {
+        w.ListBox1->AddRow(QStringLiteral("photo %1").arg(row));
+        w.ListBox1->setCellTag(row, 0, QVariant::fromValue(FolderItem(file)));
+    }
+    QCoreApplication::processEvents();
 
-    const Times preview = timeMs(runs, [&] { w.drawCanvas(0); });
+    // The event loop's busy stretches between presses: each turn of the loop handles what
+    // is pending (a picture that came back, say) and is timed.
+    QElapsedTimer clock;
+    clock.start();
+    std::vector<double> busy;
+    const auto runLoopFor = [&](int ms) {
+        const qint64 until = clock.nsecsElapsed() + qint64(ms) * 1000000;
+        while (clock.nsecsElapsed() < until) {
+            const qint64 t0 = clock.nsecsElapsed();
+            QCoreApplication::processEvents();
+            busy.push_back((clock.nsecsElapsed() - t0) / 1e6);
+            QThread::usleep(200);
+        }
+    };
+    int drawn = 0;
+    qint64 lastDrawnAt = 0;
+    quint64 version = w.Canvas1->backdropVersion();
+    QObject::connect(w.previewWorker, &PictureWorker::handedBack, [&] {
+        if (w.Canvas1->backdropVersion() != version && !w.Canvas1->Backdrop().isNull()) {
+            ++drawn;
+            lastDrawnAt = clock.nsecsElapsed();
+        }
+        version = w.Canvas1->backdropVersion();
+    });
+
+    w.ListBox1->setFocus();
+    w.ListBox1->setListIndex(0);
+    std::vector<double> presses;
+    qint64 lastPressAt = 0;
+    for (int row = 1; row < rows; ++row) {
+        const qint64 t0 = clock.nsecsElapsed();
+        QTest::keyClick(w.ListBox1, Qt::Key_Down);
+        lastPressAt = clock.nsecsElapsed();
+        presses.push_back((lastPressAt - t0) / 1e6);
+        version = w.Canvas1->backdropVersion();  // the press empties the pane
+        runLoopFor(33);
+    }
+    for (int waited = 0; lastDrawnAt <= lastPressAt && waited < 10000; waited += 10)
+        runLoopFor(10);
+    const bool last = lastDrawnAt > lastPressAt;
+    const int selected = w.ListBox1->ListIndex();
+    const double worstBusy = busy.empty() ? 0 : *std::max_element(busy.begin(), busy.end());
+
+    const Times reduced = timeMs(runs, [&] { (void)openScaledPicture(FolderItem(file), w.Canvas1->size()); });
+    const ScaledPicture decoded = openScaledPicture(FolderItem(file), w.Canvas1->size());
+    const Times draw = timeMs(runs, [&] { w.drawPicture(decoded); });
     const Times full = timeMs(runs, [&] {
         QImageReader r(file);
         r.setAutoTransform(false);
         (void)r.read();
     });
-    out << "drawCanvas (reduced decode, scale, centre): " << ms(preview) << "\n";
-    out << "full decode alone, for comparison:          " << ms(full) << "\n";
-    return 0;
+    out << "press (Change handler): median " << QString::number(median(presses), 'f', 2) << " ms, worst "
+        << QString::number(*std::max_element(presses.begin(), presses.end()), 'f', 2) << " ms over "
+        << presses.size() << " presses\n";
+    out << "loop busy between presses (pictures drawn, the window painted): worst "
+        << QString::number(worstBusy, 'f', 2) << " ms; drawing a picture that came back: " << ms(draw) << "\n";
+    out << "pictures drawn: " << drawn << "; row " << selected << " selected at the end, its picture "
+        << (last ? QStringLiteral("drawn %1 ms after its press").arg((lastDrawnAt - lastPressAt) / 1e6, 0, 'f', 1)
+                 : QStringLiteral("NOT drawn"))
+        << "\n";
+    out << "decode inside a press, as before: reduced " << ms(reduced) << "; full " << ms(full) << "\n";
+    return last ? 0 : 1;
 }

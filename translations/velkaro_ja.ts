@@ -185,5 +185,333 @@
         <source></source>
         <translation>ドラッグ＆ドロップのとき、静止画ファイルだけを表に登録する</translation>
     </message>
+    <message id="Action.add the dropped files">
+        <source></source>
+        <translation>ドロップされたファイルを追加する</translation>
+    </message>
+    <message id="Action.add the file handed over by the desktop">
+        <source></source>
+        <translation>デスクトップから渡されたファイルを追加する</translation>
+    </message>
+    <message id="Action.apply the select-all tick">
+        <source></source>
+        <translation>全選択のチェックを反映する</translation>
+    </message>
+    <message id="Action.apply the tick">
+        <source></source>
+        <translation>チェックを反映する</translation>
+    </message>
+    <message id="Action.apply the tick to the row">
+        <source></source>
+        <translation>行にチェックを反映する</translation>
+    </message>
+    <message id="Action.bring the addition value up to date">
+        <source></source>
+        <translation>加算値を更新する</translation>
+    </message>
+    <message id="Action.carry out the edit command">
+        <source></source>
+        <translation>編集コマンドを実行する</translation>
+    </message>
+    <message id="Action.change the dates in the files">
+        <source></source>
+        <translation>ファイルの日付を変更する</translation>
+    </message>
+    <message id="Action.clear the addition values">
+        <source></source>
+        <translation>加算値を消去する</translation>
+    </message>
+    <message id="Action.hide the drop frame">
+        <source></source>
+        <translation>ドロップ枠を隠す</translation>
+    </message>
+    <message id="Action.hide the file name">
+        <source></source>
+        <translation>ファイル名を隠す</translation>
+    </message>
+    <message id="Action.keep only still images in the list">
+        <source></source>
+        <translation>表に静止画だけを残す</translation>
+    </message>
+    <message id="Action.open the About window">
+        <source></source>
+        <translation>このアプリケーションについてのウィンドウを開く</translation>
+    </message>
+    <message id="Action.quit">
+        <source></source>
+        <translation>終了する</translation>
+    </message>
+    <message id="Action.set up the addition values">
+        <source></source>
+        <translation>加算値を準備する</translation>
+    </message>
+    <message id="Action.set up the reference dates">
+        <source></source>
+        <translation>基準日を準備する</translation>
+    </message>
+    <message id="Action.show the drop frame">
+        <source></source>
+        <translation>ドロップ枠を表示する</translation>
+    </message>
+    <message id="Action.show the file name under the pointer">
+        <source></source>
+        <translation>ポインタの下のファイル名を表示する</translation>
+    </message>
+    <message id="Action.show the program&#x27;s name">
+        <source></source>
+        <translation>プログラム名を表示する</translation>
+    </message>
+    <message id="Action.show the scheduled value of the selected file">
+        <source></source>
+        <translation>選択したファイルの変更予定値を表示する</translation>
+    </message>
+    <message id="Action.show the version">
+        <source></source>
+        <translation>バージョンを表示する</translation>
+    </message>
+    <message id="Action.sort the opened files">
+        <source></source>
+        <translation>開いたファイルを並べ替える</translation>
+    </message>
+    <message id="Action.switch the reference date">
+        <source></source>
+        <translation>基準日を切り替える</translation>
+    </message>
+    <message id="Action.switch the still-image filter">
+        <source></source>
+        <translation>静止画フィルタを切り替える</translation>
+    </message>
+    <message id="Action.switch year and month input">
+        <source></source>
+        <translation>年月の入力を切り替える</translation>
+    </message>
+    <message id="Action.take the addition value as typed">
+        <source></source>
+        <translation>入力された加算値を受け取る</translation>
+    </message>
+    <message id="Action.take the click in the list">
+        <source></source>
+        <translation>表のクリックを受け取る</translation>
+    </message>
+    <message id="Action.take the click on the select-all boxes">
+        <source></source>
+        <translation>全選択ボックスのクリックを受け取る</translation>
+    </message>
+    <message id="Action.take the click on the select-all row">
+        <source></source>
+        <translation>全選択行のクリックを受け取る</translation>
+    </message>
+    <message id="Action.take the key pressed in the addition value">
+        <source></source>
+        <translation>加算値で押されたキーを受け取る</translation>
+    </message>
+    <message id="FolderItem.isFolder">
+        <source></source>
+        <translation>%1 はファイルではなくフォルダです。</translation>
+    </message>
+    <message id="FolderItem.mayBeGone">
+        <source></source>
+        <translation>。移動または削除された可能性があります。</translation>
+    </message>
+    <message id="FolderItem.mayNotChange">
+        <source></source>
+        <translation>。変更する権限がありません。</translation>
+    </message>
+    <message id="FolderItem.mayNotRead">
+        <source></source>
+        <translation>。読み込む権限がありません。</translation>
+    </message>
+    <message id="FolderItem.notAFile">
+        <source></source>
+        <translation>%1 は通常のファイルではありません。</translation>
+    </message>
+    <message id="FolderItem.notOpenedForWriting">
+        <source></source>
+        <translation>%1 を書き込み用に開けませんでした</translation>
+    </message>
+    <message id="FolderItem.notRead">
+        <source></source>
+        <translation>%1 を読み込めませんでした</translation>
+    </message>
+    <message id="FolderItem.readOnlyDisk">
+        <source></source>
+        <translation>。書き込みできないディスクにあります。</translation>
+    </message>
+    <message id="FolderItem.systemSays">
+        <source></source>
+        <translation>（%1）。</translation>
+    </message>
+    <message id="Report.busy">
+        <source></source>
+        <translation>別のプログラムが使用中です</translation>
+    </message>
+    <message id="Report.causeUnknown">
+        <source></source>
+        <translation>原因は分かりません。</translation>
+    </message>
+    <message id="Report.columnCount">
+        <source></source>
+        <translation>表の列は 1 から 64 までです（%1 ではありません）。</translation>
+    </message>
+    <message id="Report.couldNot">
+        <source></source>
+        <translation>Velkaro は%1ことができませんでした。</translation>
+    </message>
+    <message id="Report.diskFull">
+        <source></source>
+        <translation>ディスクがいっぱいです</translation>
+    </message>
+    <message id="Report.gone">
+        <source></source>
+        <translation>もうそこにありません。移動または削除された可能性があります</translation>
+    </message>
+    <message id="Report.incompleteDate">
+        <source></source>
+        <translation>表の %2 行目の日付 %1 は不完全です。2021:05:06 07:08:09 のように日と時刻が必要です。</translation>
+    </message>
+    <message id="Report.isFolder">
+        <source></source>
+        <translation>ファイルではなくフォルダです</translation>
+    </message>
+    <message id="Report.nil">
+        <source></source>
+        <translation>必要なものがもうありません。</translation>
+    </message>
+    <message id="Report.noColumn">
+        <source></source>
+        <translation>表に %1 列目はありません。</translation>
+    </message>
+    <message id="Report.noCreationTime">
+        <source></source>
+        <translation>このシステムではファイルの作成日を設定できません</translation>
+    </message>
+    <message id="Report.noFileGiven">
+        <source></source>
+        <translation>ファイルが指定されていません。</translation>
+    </message>
+    <message id="Report.noMemory">
+        <source></source>
+        <translation>メモリが足りませんでした。</translation>
+    </message>
+    <message id="Report.noPermission">
+        <source></source>
+        <translation>変更する権限がありません</translation>
+    </message>
+    <message id="Report.noRowChosen">
+        <source></source>
+        <translation>表の行が選択されていません。</translation>
+    </message>
+    <message id="Report.notAFile">
+        <source></source>
+        <translation>通常のファイルではありません</translation>
+    </message>
+    <message id="Report.outOfBounds">
+        <source></source>
+        <translation>一覧の終わりより先を探しました。</translation>
+    </message>
+    <message id="Report.pastBlock">
+        <source></source>
+        <translation>%1 バイトのブロックの終わりを越えて読み書きしようとしました。</translation>
+    </message>
+    <message id="Report.pastEnd">
+        <source></source>
+        <translation>日付の位置より前でファイルが終わっています</translation>
+    </message>
+    <message id="Report.readOnlyDisk">
+        <source></source>
+        <translation>書き込みできないディスクにあります</translation>
+    </message>
+    <message id="Report.rowGone">
+        <source></source>
+        <translation>%1 行目はもう表にありません。</translation>
+    </message>
+    <message id="Report.shortWrite">
+        <source></source>
+        <translation>システムは日付の一部しか書き込みませんでした</translation>
+    </message>
+    <message id="Report.systemError">
+        <source></source>
+        <translation>システムの報告：%1</translation>
+    </message>
+    <message id="Run.aimNoExifDate">
+        <source></source>
+        <translation>変更予定値 %1 は Exif の日付として書き込めません</translation>
+    </message>
+    <message id="Run.andMore">
+        <source></source>
+        <translation>ほか %1 件。</translation>
+    </message>
+    <message id="Run.changed">
+        <source></source>
+        <translation>登録後に変更されています。%1 バイト目に %2 がもうありません</translation>
+    </message>
+    <message id="Run.checkFailed">
+        <source></source>
+        <translation>何も書き込んでいません。次の日付は安全に変更できません。チェックを外すか、ファイルをもう一度ドロップしてから、もう一度ボタンを押してください：</translation>
+    </message>
+    <message id="Run.creationsKept">
+        <source></source>
+        <translation>このシステムでは設定できないため、そのまま残るチェック済みの作成日：%1 件。</translation>
+    </message>
+    <message id="Run.failedDate">
+        <source></source>
+        <translation>%1、%2：%3。</translation>
+    </message>
+    <message id="Run.noDateInCell">
+        <source></source>
+        <translation>表のこのセルに Exif の日付がありません</translation>
+    </message>
+    <message id="Run.noFile">
+        <source></source>
+        <translation>この行のファイルが分かりません</translation>
+    </message>
+    <message id="Run.notListed">
+        <source></source>
+        <translation>ここに登録されたファイルが分かりません</translation>
+    </message>
+    <message id="Run.notedUnknown">
+        <source></source>
+        <translation>登録時の変更日が分からないため、元に戻せません</translation>
+    </message>
+    <message id="Run.nowFolder">
+        <source></source>
+        <translation>フォルダに変わっています</translation>
+    </message>
+    <message id="Run.nowLink">
+        <source></source>
+        <translation>別のファイルへのリンクに変わっています</translation>
+    </message>
+    <message id="Run.pastEnd">
+        <source></source>
+        <translation>この日付の位置（%1 バイト目）より前でファイルが終わっています</translation>
+    </message>
+    <message id="Run.placeUnknown">
+        <source></source>
+        <translation>この日付のファイル内の位置が分かりません</translation>
+    </message>
+    <message id="Run.replaced">
+        <source></source>
+        <translation>登録後に別のファイルに置き換えられています</translation>
+    </message>
+    <message id="Run.row">
+        <source></source>
+        <translation>%1 行目</translation>
+    </message>
+    <message id="Run.stopped">
+        <source></source>
+        <translation>%1 で止まりました：%2。それより前の日付はチェックどおりに変更済みです。この日付とそれ以降は変更されていません。</translation>
+    </message>
+    <message id="Run.summary">
+        <source></source>
+        <translation>その場で上書きする日付：%2 個のファイルの %1 件。</translation>
+    </message>
+    <message id="Run.whereDate">
+        <source></source>
+        <translation>%1、%2</translation>
+    </message>
+    <message id="Action.name the files that could not be listed">
+        <source></source>
+        <translation>登録できなかったファイルを示す</translation>
+    </message>
 </context>
 </TS>

@@ -1,6 +1,7 @@
 #include "platform/BinaryStream.h"
 
 #include "platform/FolderItem.h"
+#include "platform/TextId.h"
 
 #include <QtEndian>
 
@@ -115,7 +116,7 @@ Handle<BinaryStream> BinaryStream::open(const QString& path, bool write)
 {
     const FolderItem f(path);
     if (f.isNil())
-        return Handle<BinaryStream>::nil(QStringLiteral("No file was given."));
+        return Handle<BinaryStream>::nil(textById("Report.noFileGiven", "No file was given."));
     return f.OpenAsBinaryFile(write);
 }
 

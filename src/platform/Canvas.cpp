@@ -7,6 +7,7 @@ Canvas::Canvas(QWidget* parent) : QWidget(parent) {}
 void Canvas::setBackdrop(const QImage& backdrop)
 {
     backdrop_ = backdrop;
+    ++backdropVersion_;
     update();
 }
 

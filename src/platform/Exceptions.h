@@ -1,6 +1,8 @@
 #pragma once
 #include <QString>
 
+#include "platform/TextId.h"
+
 #include <stdexcept>
 
 // The two failures that the product lets end a handler: using something that is not
@@ -9,12 +11,20 @@
 // or the cell where one is known.
 class NilObjectException : public std::runtime_error {
 public:
-    NilObjectException() : std::runtime_error("Something that was needed is no longer there.") {}
+    NilObjectException()
+        : std::runtime_error(
+              textById("Report.nil", "Something that was needed is no longer there.").toStdString())
+    {
+    }
     explicit NilObjectException(const QString& message) : std::runtime_error(message.toStdString()) {}
 };
 
 class OutOfBoundsException : public std::runtime_error {
 public:
-    OutOfBoundsException() : std::runtime_error("Something was looked for past the end of a list.") {}
+    OutOfBoundsException()
+        : std::runtime_error(
+              textById("Report.outOfBounds", "Something was looked for past the end of a list.").toStdString())
+    {
+    }
     explicit OutOfBoundsException(const QString& message) : std::runtime_error(message.toStdString()) {}
 };

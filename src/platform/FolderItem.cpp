@@ -7,10 +7,8 @@
 #include <QFile>
 #include <QImageReader>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <limits>
 
 #if defined(_WIN32)
 #include <fcntl.h>
@@ -21,9 +19,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#endif
-#if defined(__APPLE__)
-#include <sys/attr.h>
 #endif
 
 namespace {
@@ -116,25 +111,27 @@ QString whyNoStatus(const QString& fullName, int error)
 // Why a file could not be opened, in words that name it. error is the errno of the attempt.
 QString whyNotOpened(const QString& name, bool write, int error)
 {
-    const QString failed = write ? QStringLiteral("%1 could not be opened for writing").arg(quoted(name))
-                                 : QStringLiteral("%1 could not be read").arg(quoted(name));
+    const QString failed =
+        (write ? textById("FolderItem.notOpenedForWriting", "%1 could not be opened for writing")
+               : textById("FolderItem.notRead", "%1 could not be read"))
+            .arg(quoted(name));
     switch (error) {
     case ENOENT:
     case ENOTDIR:
-        return failed + QStringLiteral("; it may have been moved or deleted.");
+        return failed + textById("FolderItem.mayBeGone", "; it may have been moved or deleted.");
     case EACCES:
     case EPERM:
-        return failed + (write ? QStringLiteral("; you do not have permission to change it.")
-                               : QStringLiteral("; you do not have permission to read it."));
+        return failed + (write ? textById("FolderItem.mayNotChange", "; you do not have permission to change it.")
+                               : textById("FolderItem.mayNotRead", "; you do not have permission to read it."));
     case EROFS:
-        return failed + QStringLiteral("; it lies on a disk that cannot be written to.");
+        return failed + textById("FolderItem.readOnlyDisk", "; it lies on a disk that cannot be written to.");
     case EISDIR:
-        return QStringLiteral("%1 is a folder, not a file.").arg(quoted(name));
+        return textById("FolderItem.isFolder", "%1 is a folder, not a file.").arg(quoted(name));
     case ENODEV:
     case ENXIO:  // a socket
-        return QStringLiteral("%1 is not an ordinary file.").arg(quoted(name));
+        return textById("FolderItem.notAFile", "%1 is not an ordinary file.").arg(quoted(name));
     default:
-        return failed + QStringLiteral(" (%1).").arg(QString::fromLocal8Bit(std::strerror(error)));
+        return failed + textById("FolderItem.systemSays", " (%1).").arg(QString::fromLocal8Bit(std::strerror(error)));
     }
 }
 
@@ -146,19 +143,6 @@ FileTime fromFileTime(const FILETIME& ft)
 {
     const qint64 ticks = (qint64(ft.dwHighDateTime) << 32) | ft.dwLowDateTime;
     return {ticks / 10000000 - kFileTimeEpochOffset, (ticks % 10000000) * 100};
-}
-
-FILETIME toFileTime(const Date& d)
-{
-    // FILETIME holds 1601 to about 30828; a date outside is set to the nearest end rather
-    // than overflowing the product.
-    constexpr qint64 kMaxSeconds = std::numeric_limits<qint64>::max() / 10000000;
-    const qint64 seconds = std::clamp<qint64>(d.toUnixTime() + kFileTimeEpochOffset, 0, kMaxSeconds);
-    const qint64 ticks = seconds * 10000000;
-    FILETIME ft;
-    ft.dwLowDateTime = DWORD(ticks & 0xFFFFFFFF);
-    ft.dwHighDateTime = DWORD(quint64(ticks) >> 32);
-    return ft;
 }
 
 // The errno that stands for a failed call's Windows error.
@@ -193,17 +177,6 @@ std::optional<ItemStatus> statusOf(const QByteArray& native)
     return s;
 }
 
-bool setFileTimes(const QByteArray& native, const FILETIME* created, const FILETIME* written)
-{
-    // FILE_FLAG_BACKUP_SEMANTICS lets a folder be opened too.
-    HANDLE h = CreateFileW(WIDE(native), FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                           nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-    if (h == INVALID_HANDLE_VALUE)
-        return false;
-    const bool ok = SetFileTime(h, created, nullptr, written);
-    CloseHandle(h);
-    return ok;
-}
 #else
 FileTime fileTime(const struct timespec& t) { return {qint64(t.tv_sec), qint64(t.tv_nsec)}; }
 
@@ -212,14 +185,20 @@ ItemStatus::Kind kindOf(mode_t mode)
     return S_ISREG(mode) ? ItemStatus::RegularFile : S_ISDIR(mode) ? ItemStatus::Folder : ItemStatus::Other;
 }
 
-// One call for everything listing needs; nothing, with errno set, where the system gives
-// no status.
-std::optional<ItemStatus> statusOf(const QByteArray& native)
+std::optional<ItemStatus> statusOf(const QByteArray& native) { return readItemStatus(-1, native.constData()); }
+#endif
+
+}  // namespace
+
+#if !defined(_WIN32)
+std::optional<ItemStatus> readItemStatus(int fd, const char* path)
 {
+    const bool ofDescriptor = path == nullptr;
     ItemStatus s;
 #if defined(__linux__) && defined(STATX_BTIME)
     struct statx sx;
-    if (::statx(AT_FDCWD, native.constData(), AT_STATX_SYNC_AS_STAT,
+    if (::statx(ofDescriptor ? fd : AT_FDCWD, ofDescriptor ? "" : path,
+                (ofDescriptor ? AT_EMPTY_PATH : 0) | AT_STATX_SYNC_AS_STAT,
                 STATX_TYPE | STATX_INO | STATX_SIZE | STATX_MTIME | STATX_BTIME, &sx) == 0) {
         s.kind = kindOf(sx.stx_mode);
         s.device = (quint64(sx.stx_dev_major) << 32) | sx.stx_dev_minor;
@@ -235,7 +214,7 @@ std::optional<ItemStatus> statusOf(const QByteArray& native)
         return std::nullopt;
 #endif
     struct stat st;
-    if (::stat(native.constData(), &st) != 0)
+    if ((ofDescriptor ? ::fstat(fd, &st) : ::stat(path, &st)) != 0)
         return std::nullopt;
     s.kind = kindOf(st.st_mode);
     s.device = quint64(st.st_dev);
@@ -251,8 +230,6 @@ std::optional<ItemStatus> statusOf(const QByteArray& native)
     return s;
 }
 #endif
-
-}  // namespace
 
 FolderItem::FolderItem(const QString& path)
 {
@@ -281,7 +258,7 @@ bool FolderItem::isNil() const { return native_.isEmpty(); }
 const QByteArray& FolderItem::checked() const
 {
     if (native_.isEmpty())
-        throw NilObjectException(QStringLiteral("No file was given."));
+        throw NilObjectException(textById("Report.noFileGiven", "No file was given."));
     return native_;
 }
 
@@ -339,41 +316,6 @@ std::optional<ItemStatus> FolderItem::Status(QString* why) const
     if (!s && why)
         *why = whyNoStatus(Name(), errno);
     return s;
-}
-
-bool FolderItem::setCreationDate(const Date& d) const
-{
-    checked();
-#if defined(_WIN32)
-    const FILETIME ft = toFileTime(d);
-    return setFileTimes(native_, &ft, nullptr);
-#elif defined(__APPLE__)
-    struct attrlist list = {};
-    list.bitmapcount = ATTR_BIT_MAP_COUNT;
-    list.commonattr = ATTR_CMN_CRTIME;
-    struct timespec created = {time_t(d.toUnixTime()), 0};
-    return ::setattrlist(native_.constData(), &list, &created, sizeof created, 0) == 0;
-#else
-    // The file system keeps a birth time that no call can change.
-    (void)d;
-    return false;
-#endif
-}
-
-bool FolderItem::setModificationDate(const Date& d) const
-{
-    checked();
-#if defined(_WIN32)
-    const FILETIME ft = toFileTime(d);
-    return setFileTimes(native_, nullptr, &ft);
-#else
-    struct timespec times[2];
-    times[0].tv_sec = 0;
-    times[0].tv_nsec = UTIME_OMIT;  // the access time stays
-    times[1].tv_sec = time_t(d.toUnixTime());
-    times[1].tv_nsec = 0;
-    return ::utimensat(AT_FDCWD, native_.constData(), times, 0) == 0;
-#endif
 }
 
 int FolderItem::openRegularFile(bool write) const

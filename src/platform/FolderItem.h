@@ -37,7 +37,22 @@ struct ItemStatus {
     // The creation date: the birth time where it is kept, the modification time where not.
     Date creationDate() const { return (hasBirth ? birth : modification).toDate(); }
     Date modificationDate() const { return modification.toDate(); }
+    // Whether both are the same object of the file system, whatever its path: the same
+    // device and inode, and, as an inode number is given again once its file is deleted,
+    // the same kind and birth time where both are known.
+    bool sameItem(const ItemStatus& o) const
+    {
+        return device == o.device && inode == o.inode && kind == o.kind
+               && (!hasBirth || !o.hasBirth || birth == o.birth);
+    }
 };
+
+#if !defined(_WIN32)
+// The one status call behind FolderItem::Status and PinnedItem::status: of the open
+// descriptor fd when path is null, else of path (a symbolic link followed). Nothing, with
+// errno set, where the system gives no status.
+std::optional<ItemStatus> readItemStatus(int fd, const char* path);
+#endif
 
 // A file or folder by its path, kept as the file system's own bytes from the moment it
 // is named: a name in any encoding (Shift-JIS, stray bytes) is opened, read, written and
@@ -69,11 +84,7 @@ public:
     // The same, without throwing: nothing where the system gives no status, and why then
     // says so in plain words, naming the item ("“a.jpg” does not exist.").
     std::optional<ItemStatus> Status(QString* why) const;
-    // Sets the creation date where the OS can (macOS, Windows); elsewhere changes nothing
-    // and returns false. Never throws for a refusal.
-    bool setCreationDate(const Date& d) const;
-    // Sets the modification time of a file or folder and keeps its access time.
-    bool setModificationDate(const Date& d) const;
+    // Dates are set through a PinnedItem, on the object that was checked.
 
     // Everything that reads or writes the item goes through these. Only a regular file
     // opens, and opening never waits: a pipe, socket or device is refused at once.
@@ -86,11 +97,19 @@ public:
     // The whole picture, or a null image when the file holds none that can be loaded.
     QImage OpenAsPicture() const;
 
+    // What the item was when its row was listed. A row's FolderItem carries it, so that
+    // every copy that the table hands out can tell whether the path still names the
+    // object that was read, and knows its modification time to the nanosecond. Empty for
+    // an item that was never listed.
+    void noteListing(const ItemStatus& s) { listing_ = s; }
+    const std::optional<ItemStatus>& Listing() const { return listing_; }
+
     bool operator==(const FolderItem& o) const { return native_ == o.native_; }
 
 private:
     const QByteArray& checked() const;  // the path, or NilObjectException
     int openRegularFile(bool write) const;  // a descriptor, or -1 with errno set
     QByteArray native_;
+    std::optional<ItemStatus> listing_;
 };
 Q_DECLARE_METATYPE(FolderItem)

@@ -16,7 +16,13 @@ FailureReport& installedReport()
 
 QString headline(const QString& action)
 {
-    return QObject::tr("Velkaro could not %1.").arg(action);
+    return textById("Report.couldNot", "Velkaro could not %1.").arg(action);
+}
+
+// The action in the interface language.
+QString actionText(const char* action)
+{
+    return textById((QByteArray("Action.") + action).constData(), action);
 }
 
 void writeToStandardError(const QString& action, const QString& reason)
@@ -58,5 +64,14 @@ void reportFailure(const QString& action, const QString& reason)
             showFailureDialog(action, reason);
     } catch (...) {
         writeToStandardError(action, reason);
+    }
+}
+
+void reportFailure(const char* action, const QString& reason)
+{
+    try {
+        reportFailure(actionText(action), reason);
+    } catch (...) {
+        std::fprintf(stderr, "Velkaro could not %s. %s\n", action, qUtf8Printable(reason));
     }
 }

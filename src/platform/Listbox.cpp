@@ -2,6 +2,7 @@
 
 #include "platform/Exceptions.h"
 #include "platform/ListboxModel.h"
+#include "platform/TextId.h"
 
 #include <QApplication>
 #include <QHeaderView>
@@ -208,13 +209,13 @@ namespace {
 [[noreturn]] Q_DECL_COLD_FUNCTION Q_NEVER_INLINE void throwNoRow(int row)
 {
     if (row < 0)
-        throw OutOfBoundsException(QStringLiteral("No row of the list was chosen."));
-    throw OutOfBoundsException(QStringLiteral("Row %1 is no longer in the list.").arg(qint64(row) + 1));
+        throw OutOfBoundsException(textById("Report.noRowChosen", "No row of the list was chosen."));
+    throw OutOfBoundsException(textById("Report.rowGone", "Row %1 is no longer in the list.").arg(qint64(row) + 1));
 }
 
 [[noreturn]] Q_DECL_COLD_FUNCTION Q_NEVER_INLINE void throwNoColumn(int column)
 {
-    throw OutOfBoundsException(QStringLiteral("The list has no column %1.").arg(qint64(column) + 1));
+    throw OutOfBoundsException(textById("Report.noColumn", "The list has no column %1.").arg(qint64(column) + 1));
 }
 
 }  // namespace
@@ -242,7 +243,7 @@ void Listbox::checkCell(int row, int column) const
 void Listbox::setColumnCount(int columns)
 {
     if (columns < 1 || columns > ListboxModel::kMaxColumns)
-        throw OutOfBoundsException(QStringLiteral("A list has 1 to 64 columns, not %1.").arg(columns));
+        throw OutOfBoundsException(textById("Report.columnCount", "A list has 1 to 64 columns, not %1.").arg(columns));
     model_->setColumns(columns);
     columnTypes_.resize(size_t(columns), 0);
     sortDirections_.resize(size_t(columns), 1);
@@ -319,9 +320,12 @@ void Listbox::AddRow(const QString& column0)
     model_->appendRow(column0);
 }
 
+Listbox::RowBatch::RowBatch(Listbox& listbox) : listbox_(listbox) { listbox_.model_->holdRows(true); }
+Listbox::RowBatch::~RowBatch() { listbox_.model_->holdRows(false); }
+
 int Listbox::ListCount() const
 {
-    return model_->rowCount();
+    return model_->rows();
 }
 
 QString Listbox::Cell(int row, int column) const
@@ -449,6 +453,23 @@ std::vector<std::pair<int, int>> selectedSpans(const QItemSelectionModel* select
 
 }  // namespace
 
+void Listbox::RemoveRows(std::vector<int> rows)
+{
+    for (int row : rows)
+        checkRow(row);
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    if (rows.empty())
+        return;
+    // A layout change takes the selection of removed rows without saying so.
+    for (const auto& [top, bottom] : selectedSpans(selectionModel())) {
+        const auto first = std::lower_bound(rows.begin(), rows.end(), top);
+        if (first != rows.end() && *first <= bottom)
+            changePending_ = true;
+    }
+    changeRows([&] { model_->removeRows(rows); });
+}
+
 int Listbox::ListIndex() const
 {
     const auto spans = selectedSpans(selectionModel());
@@ -462,6 +483,7 @@ void Listbox::setListIndex(int row)
         return;
     }
     checkRow(row);
+    model_->flushChanges();
     selectionModel()->setCurrentIndex(model_->index(row, 0),
                                       QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
@@ -485,6 +507,7 @@ void Listbox::setSelected(int row, bool selected)
         how |= QItemSelectionModel::ClearAndSelect;
     else
         how |= QItemSelectionModel::Select;
+    model_->flushChanges();
     selectionModel()->select(model_->index(row, 0), how);
 }
 
@@ -507,6 +530,7 @@ void Listbox::setScrollPosition(int row)
     if (ListCount() == 0)
         return;
     row = std::clamp(row, 0, ListCount() - 1);
+    model_->flushChanges();
     executeDelayedItemsLayout();
     verticalScrollBar()->setValue(row);
 }

@@ -39,6 +39,19 @@ public:
 
     // Rows and cells.
     void AddRow(const QString& column0);
+    // Rows added while a RowBatch lives are shown together when it ends, or earlier where
+    // the selection, a sort or a removal needs them: adding many rows then costs the views
+    // one insertion. Everything else sees each row as soon as it is added.
+    class RowBatch {
+    public:
+        explicit RowBatch(Listbox& listbox);
+        ~RowBatch();
+        RowBatch(const RowBatch&) = delete;
+        RowBatch& operator=(const RowBatch&) = delete;
+
+    private:
+        Listbox& listbox_;
+    };
     int ListCount() const;
     QString Cell(int row, int column) const;
     void setCell(int row, int column, const QString& text);
@@ -50,6 +63,9 @@ public:
     qint64 CellTagAt(int row, int column) const;
     void DeleteAllRows();
     void RemoveRow(int row);
+    // Removes all the rows named at once, in one change of the table however many they
+    // are; rows that stay keep their order, ticks, tags and selection.
+    void RemoveRows(std::vector<int> rows);
 
     // Selection. Setting ListIndex selects the row (-1 none) and raises Change.
     int ListIndex() const;

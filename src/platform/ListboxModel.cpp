@@ -7,7 +7,7 @@ ListboxModel::ListboxModel(QObject* parent) : QAbstractTableModel(parent) {}
 
 int ListboxModel::rowCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : int(rows_.size());
+    return parent.isValid() ? 0 : told_;
 }
 
 int ListboxModel::columnCount(const QModelIndex& parent) const
@@ -93,16 +93,29 @@ void ListboxModel::setCheckColumn(int column, bool isCheck)
     if (next == checkColumns_)
         return;
     checkColumns_ = next;
-    if (!rows_.empty())
-        emit dataChanged(index(0, column), index(int(rows_.size()) - 1, column));
+    if (told_ > 0)
+        emit dataChanged(index(0, column), index(told_ - 1, column));
 }
 
 void ListboxModel::appendRow(const QString& column0)
 {
+    if (held_ > 0) {
+        rows_.push_back(makeRow(column0));
+        return;
+    }
+    flushChanges();
     const int at = int(rows_.size());
     beginInsertRows(QModelIndex(), at, at);
     rows_.push_back(makeRow(column0));
+    told_ = int(rows_.size());
     endInsertRows();
+}
+
+void ListboxModel::holdRows(bool hold)
+{
+    held_ += hold ? 1 : -1;
+    if (held_ == 0)
+        flushChanges();
 }
 
 void ListboxModel::removeRowAt(int row)
@@ -110,16 +123,51 @@ void ListboxModel::removeRowAt(int row)
     flushChanges();
     beginRemoveRows(QModelIndex(), row, row);
     rows_.erase(rows_.begin() + row);
+    told_ = int(rows_.size());
     endRemoveRows();
+}
+
+void ListboxModel::removeRows(const std::vector<int>& rows)
+{
+    if (rows.empty())
+        return;
+    flushChanges();
+    emit layoutAboutToBeChanged({}, QAbstractItemModel::NoLayoutChangeHint);
+    const size_t n = rows_.size();
+    std::vector<int> newRowOf(n);  // -1: removed
+    size_t kept = 0, next = 0;
+    for (size_t r = 0; r < n; ++r) {
+        if (next < rows.size() && size_t(rows[next]) == r) {
+            newRowOf[r] = -1;
+            ++next;
+            continue;
+        }
+        newRowOf[r] = int(kept);
+        if (kept != r)
+            rows_[kept] = std::move(rows_[r]);
+        ++kept;
+    }
+    rows_.erase(rows_.begin() + std::ptrdiff_t(kept), rows_.end());
+    told_ = int(rows_.size());
+    const QModelIndexList from = persistentIndexList();
+    QModelIndexList to;
+    to.reserve(from.size());
+    for (const QModelIndex& i : from) {
+        const int row = newRowOf[size_t(i.row())];
+        to.append(row < 0 ? QModelIndex() : index(row, i.column()));
+    }
+    changePersistentIndexList(from, to);
+    emit layoutChanged({}, QAbstractItemModel::NoLayoutChangeHint);
 }
 
 void ListboxModel::clear()
 {
     if (rows_.empty())
         return;
-    flushChanges();
+    pending_ = {};  // the reset tells the views all
     beginResetModel();
     rows_.clear();
+    told_ = 0;
     endResetModel();
 }
 
@@ -162,6 +210,12 @@ void ListboxModel::noteChange(int row, int column)
 void ListboxModel::flushChanges()
 {
     flushQueued_ = false;
+    if (told_ < int(rows_.size())) {
+        // rowCount() gives the old count until the views have been told.
+        beginInsertRows(QModelIndex(), told_, int(rows_.size()) - 1);
+        told_ = int(rows_.size());
+        endInsertRows();
+    }
     if (pending_.isEmpty())
         return;
     const Pending p = pending_;

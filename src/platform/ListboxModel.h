@@ -24,7 +24,7 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
     // The counts without a view's parent index: the Listbox checks every cell access
-    // against them.
+    // against them. rows() counts rows not yet told to the views too (see holdRows).
     int rows() const { return int(rows_.size()); }
     int columns() const { return columns_; }
 
@@ -34,7 +34,13 @@ public:
     bool isCheckColumn(int column) const { return (checkColumns_ >> column) & 1u; }
 
     void appendRow(const QString& column0);
+    // While held, appended rows are told to the views together, by flushChanges, instead
+    // of one insertion each; the views see the table without them until then. Holds nest.
+    void holdRows(bool hold);
     void removeRowAt(int row);
+    // Removes the rows named (ascending, distinct, all present) as one change of the
+    // layout: persistent indexes, and so the selection, follow the rows that stay.
+    void removeRows(const std::vector<int>& rows);
     void clear();
 
     const QString& text(int row, int column) const { return rows_[size_t(row)].texts[size_t(column)]; }
@@ -46,7 +52,8 @@ public:
 
     // Cell changes are told to the views as one dataChanged for the rectangle they span,
     // when the event loop next runs or before the rows change, whichever comes first:
-    // filling 100,000 rows then costs one signal instead of a million.
+    // filling 100,000 rows then costs one signal instead of a million. Rows appended while
+    // held are told first.
     void flushChanges();
 
     // Stable sort by the texts of one column, in code-unit order; descending keeps equal
@@ -67,6 +74,8 @@ private:
         bool isEmpty() const { return bottom < top; }
     } pending_;
     bool flushQueued_ = false;
+    int held_ = 0;
+    int told_ = 0;  // rows the views know of
 
     std::vector<Row> rows_;
     QStringList headings_;

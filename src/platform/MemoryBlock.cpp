@@ -1,6 +1,7 @@
 #include "platform/MemoryBlock.h"
 
 #include "platform/Exceptions.h"
+#include "platform/TextId.h"
 
 #include <QtEndian>
 
@@ -25,7 +26,7 @@ namespace {
 [[noreturn]] Q_DECL_COLD_FUNCTION Q_NEVER_INLINE void throwPastTheEnd(qint64 size)
 {
     throw OutOfBoundsException(
-        QStringLiteral("A read or write went past the end of a block of %1 bytes.").arg(size));
+        textById("Report.pastBlock", "A read or write went past the end of a block of %1 bytes.").arg(size));
 }
 
 }  // namespace

@@ -48,13 +48,14 @@ QMessageBox::Icon iconOf(int code)
 
 void setMsgBoxAnswer(MsgBoxAnswer a) { answer() = std::move(a); }
 
-int MsgBox(const QString& text, int buttons, const QString& title)
+int MsgBox(const QString& text, int buttons, const QString& title, const QString& informative)
 {
     if (answer())
-        return answer()(text, buttons, title);
+        return answer()(text, buttons, title, informative);
 
     const std::vector<ButtonCode> set = buttonSet(buttons & 0x0F);
     QMessageBox box(iconOf(buttons), title, text, QMessageBox::NoButton, QApplication::activeWindow());
+    box.setInformativeText(informative);
     for (const ButtonCode& b : set)
         box.addButton(b.button);
     const size_t preferred = (buttons & 0x300) >> 8;

@@ -7,6 +7,7 @@
 
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
+#include "platform/PictureWorker.h"
 #include "platform/Text.h"
 
 namespace {
@@ -18,6 +19,7 @@ constexpr int kRowHeight = 15;
 
 void Window1::bindPreviewHandlers()
 {
+    previewWorker = new PictureWorker(this);
     connect(ListBox1, &Listbox::MouseMove, this,
             [this](int x, int y) { guard("show the file name under the pointer", [&] { ListBox1_MouseMove(x, y); }); });
     connect(ListBox1, &Listbox::MouseExit, this,

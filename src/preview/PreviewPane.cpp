@@ -9,8 +9,9 @@
 
 #include "platform/Canvas.h"
 #include "platform/Convert.h"
+#include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
-#include "platform/ScaledPicture.h"
+#include "platform/PictureWorker.h"
 
 namespace {
 
@@ -41,6 +42,9 @@ int truncated(double value)
 
 }  // namespace
 
+// The picture is decoded off the event loop and drawn when it comes. Whatever empties or
+// fills the pane in the meantime (another selection, the table cleared) makes it stale,
+// and a stale picture is dropped: the pane never shows a row that is no longer selected.
 void Window1::drawCanvas(int row)
 {
     const QVariant tag = ListBox1->CellTag(row, 0);
@@ -50,18 +54,24 @@ void Window1::drawCanvas(int row)
     if (f.isNil())
         return;
 
-    const int canvasWidth = Canvas1->width();
-    const int canvasHeight = Canvas1->height();
-    // Large pictures come decoded at a reduced scale that still covers the square; the
-    // arithmetic below works on the size the picture has in the file.
-    const ScaledPicture picture = openScaledPicture(f, QSize(canvasWidth, canvasHeight));
-    if (picture.isNull())
-        return;
-
     // The orientation that the file records is read with the row but not applied: the
     // pane shows the picture as it is stored.
     (void)ListBox1->CellTagAt(row, 6);
 
+    const quint64 asked = Canvas1->backdropVersion();
+    // Large pictures come decoded at a reduced scale that still covers the square.
+    previewWorker->request(f, Canvas1->size(), [this, asked](const ScaledPicture& picture) {
+        if (Canvas1->backdropVersion() == asked && !picture.isNull())
+            guard("show the preview", [&] { drawPicture(picture); });
+    });
+}
+
+// The picture placed as the product has it; the arithmetic works on the size the
+// picture has in the file, whatever scale it was decoded at.
+void Window1::drawPicture(const ScaledPicture& picture)
+{
+    const int canvasWidth = Canvas1->width();
+    const int canvasHeight = Canvas1->height();
     const int w = picture.fullSize.width();
     const int h = picture.fullSize.height();
     int boxWidth = canvasWidth, boxHeight = canvasHeight, offsetX = 0, offsetY = 0;

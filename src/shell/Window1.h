@@ -28,8 +28,10 @@ class DragItem;
 class Listbox;
 class LockLayout;
 class OneShotTimer;
+class PictureWorker;
 class RectangleShape;
 class RoundRectangleShape;
+struct ScaledPicture;
 
 // The marker of a date that a file did not give; logic compares against it.
 inline const QString kNoExif = QStringLiteral("Exif取得不能");
@@ -53,6 +55,7 @@ public:
     int clickedCheckRow = 0;
     int baseChoice = 0;
     std::array<int, 2> clickedCell{0, 0};
+    PictureWorker* previewWorker = nullptr;  // decodes the preview off the event loop
     // The items of the intake in hand that could not be listed, each a sentence that names
     // it and says why; named together in one report when the intake is over.
     QStringList unlistedItems;
@@ -147,9 +150,13 @@ public:
 
     // ---- src/writeback: the execute run ---------------------------------------------------
     void ExecuteBtn_Action();
+    // The check that comes before the first byte of a run: a line for each ticked date that
+    // cannot be changed safely. Reads the files, writes nothing.
+    QStringList checkExecute();
 
     // ---- src/preview: preview pane and hover tag ------------------------------------------
     void drawCanvas(int row);
+    void drawPicture(const ScaledPicture& picture);
     void optimizePictureSize(int w, int h, int& boxWidth, int& boxHeight, int& offsetX, int& offsetY);
     void ListBox1_MouseMove(int x, int y);
     void ListBox1_MouseExit();

@@ -2,7 +2,7 @@
 // row's cells, boxes and tags. addFileToTable is the one way in which a row comes to exist.
 //
 //   column  text                          tag
-//   0       file name                     the FolderItem
+//   0       file name                     the FolderItem, with its status at listing
 //   1       creation date (SQLDateTime)   -
 //   2       modification date             the modification Date when the row was added
 //   3..5    Exif date, or kNoExif         the Double position of the date in the file
@@ -12,6 +12,7 @@
 
 #include "platform/Canvas.h"
 #include "platform/Listbox.h"
+#include "platform/PictureProbe.h"
 #include "platform/Text.h"
 
 #include <QCheckBox>
@@ -58,14 +59,17 @@ void Window1::addFileToTable(const FolderItem& f)
         unlistedItems << why;
         return;
     }
-    if (OnlyPicture && OnlyPicture->isChecked() && f.OpenAsPicture().isNull())
+    if (OnlyPicture && OnlyPicture->isChecked() && !givesPicture(f))
         return;
 
     ListBox1->AddRow(f.Name());
     curRow = ListBox1->ListCount() - 1;
     if (ListHeader->CellCheck(0, 0))
         ListBox1->setCellCheck(curRow, 0, true);
-    ListBox1->setCellTag(curRow, 0, QVariant::fromValue(f));
+    // The row's FolderItem keeps the status too: what the execute run checks the file against.
+    FolderItem listed = f;
+    listed.noteListing(*status);
+    ListBox1->setCellTag(curRow, 0, QVariant::fromValue(listed));
     const Date modified = status->modificationDate();
     ListBox1->setCell(curRow, 1, status->creationDate().SQLDateTime());
     ListBox1->setCell(curRow, 2, modified.SQLDateTime());

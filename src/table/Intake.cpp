@@ -1,7 +1,6 @@
 // How files enter the table: dropped on the window (replacing the list, sorted once at the
 // end) or handed over as documents (appended; see App). Items that cannot be listed are
-// named in one report once the others are in. OnlyPicture prunes what no picture can be
-// opened from.
+// named in one report once the others are in. OnlyPicture prunes what gives no picture.
 
 #include "shell/Window1.h"
 
@@ -11,10 +10,13 @@
 #include <QDropEvent>
 #include <QMimeData>
 
+#include "platform/BusyPointer.h"
 #include "platform/DragItem.h"
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
 #include "platform/OneShotTimer.h"
+#include "platform/PictureProbe.h"
+#include "platform/ReadAhead.h"
 #include "platform/Shapes.h"
 #include "platform/TextId.h"
 
@@ -77,9 +79,21 @@ void Window1::Event_DropObject(DragItem& obj, int /*action*/)
     // A drop replaces the list, even if nothing of it gets in.
     clearTables();
     unlistedItems.clear();
+    std::vector<FolderItem> items;
     do {
-        addFileToTable(obj.folderItem());
+        items.push_back(obj.folderItem());
     } while (obj.NextItem());
+    {
+        // On a cold disk the files' first blocks are read many at once, ahead of the walk,
+        // which then reads them one after the other as ever. The table shows the new rows
+        // together.
+        const ReadAhead ahead(items);
+        const Listbox::RowBatch batch(*ListBox1);
+        for (const FolderItem& f : items) {
+            stillBusy();
+            addFileToTable(f);
+        }
+    }
 
     // Sorted once, as a whole: addFileToTable counts on its row being the last.
     if (ListBox1->ListCount() > 0) {
@@ -121,17 +135,26 @@ void Window1::reportUnlisted()
     reportFailure(textById("Intake.couldNotList", "list every item"), lines.join(u'\n'));
 }
 
-// With OnlyPicture ticked, removes the rows whose file gives no picture. Backwards, so
-// that a removal shifts no row still to be tested. Unticking removes nothing and brings
-// nothing back.
+// With OnlyPicture ticked, removes the rows whose file gives no picture, judged from the
+// file's header (see givesPicture). Unticking removes nothing and brings nothing back.
+// The rows found go in one change of the table, also when a row without its file ends
+// the walk halfway: what was found until then goes, the rest stays. The walk runs
+// backwards, so that it ends at the same row as a removal one by one would.
 void Window1::Timer5_Action()
 {
     if (OnlyPicture->isChecked()) {
-        for (int row = ListBox1->ListCount() - 1; row >= 0; --row) {
-            const FolderItem f = ListBox1->CellTag(row, 0).value<FolderItem>();
-            if (f.OpenAsPicture().isNull())
-                ListBox1->RemoveRow(row);
+        std::vector<int> gone;
+        try {
+            for (int row = ListBox1->ListCount() - 1; row >= 0; --row) {
+                stillBusy();
+                if (!givesPicture(ListBox1->CellTag(row, 0).value<FolderItem>()))
+                    gone.push_back(row);
+            }
+        } catch (...) {
+            ListBox1->RemoveRows(gone);
+            throw;
         }
+        ListBox1->RemoveRows(gone);
     }
     OnlyPicture->setVisible(true);
 }

@@ -11,6 +11,7 @@
 #include "platform/Exceptions.h"
 #include "platform/Listbox.h"
 #include "platform/Text.h"
+#include "platform/TextId.h"
 
 namespace {
 
@@ -37,8 +38,9 @@ const QString& fieldAt(const QStringList& fields, qsizetype i, const BaseCell& c
 {
     if (i < 0 || i >= fields.size())
         throw OutOfBoundsException(
-            QStringLiteral("The date %1 in row %2 of the list is incomplete: it needs a day and a time, "
-                           "as in 2021:05:06 07:08:09.")
+            textById("Report.incompleteDate",
+                      "The date %1 in row %2 of the list is incomplete: it needs a day and a time, "
+                      "as in 2021:05:06 07:08:09.")
                 .arg(quoted(cell.text))
                 .arg(qint64(cell.row) + 1));
     return fields.at(i);

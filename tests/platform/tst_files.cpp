@@ -5,6 +5,7 @@
 #include "platform/Exceptions.h"
 #include "platform/FolderItem.h"
 #include "platform/MemoryBlock.h"
+#include "platform/PinnedItem.h"
 
 #include <QLocalServer>
 #include <QtTest>
@@ -241,13 +242,59 @@ private slots:
             QVERIFY(f.isNil());
             QVERIFY_THROWS_EXCEPTION(NilObjectException, f.Name());
             QVERIFY_THROWS_EXCEPTION(NilObjectException, f.Exists());
-            QVERIFY_THROWS_EXCEPTION(NilObjectException, f.setModificationDate(Date(2001, 1, 1)));
-            QVERIFY_THROWS_EXCEPTION(NilObjectException, f.setCreationDate(Date(2001, 1, 1)));
+            QVERIFY(!PinnedItem(f, PinnedItem::Dates).isOpen());
             QVERIFY_THROWS_EXCEPTION(NilObjectException, f.OpenAsBinaryFile(false));
             QVERIFY_THROWS_EXCEPTION(NilObjectException, f.OpenAsPicture());
         }
     }
 
+    // A pinned item reaches the object that was opened: a link is followed, and its status
+    // is the target's. Only a regular file opens for its contents, and opening never waits.
+    // A write is whole or fails.
+    void pinned_data()
+    {
+        QTest::addColumn<QString>("why");  // "" where it opens; the tag says what the item is
+        QTest::newRow("file") << "";
+        QTest::newRow("link to the file") << "";
+        QTest::newRow("folder") << "it is a folder, not a file";
+        QTest::newRow("fifo") << "it is not an ordinary file";
+        QTest::newRow("missing") << "it is no longer there; it may have been moved or deleted";
+    }
+    void pinned()
+    {
+        QFETCH(QString, why);
+        const QString tag = QTest::currentDataTag(), target = makeFile(pattern(300));
+        QString path = dir_.filePath("pinned " + tag);
+        if (tag == "file")
+            path = target;
+        else if (tag == "link to the file")
+            QVERIFY(QFile::link(target, path));
+        else if (tag == "folder")
+            QVERIFY(QDir().mkpath(path));
+        else if (tag == "fifo")
+            QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        const FolderItem f(path);
+        PinnedItem item(f, PinnedItem::Contents);
+        QCOMPARE(PinnedItem::isLink(f), tag.startsWith("link"));
+        QCOMPARE(item.isOpen(), why.isEmpty());
+        QFile file(target);
+        if (!why.isEmpty()) {
+            QCOMPARE(item.why(), why);
+            QVERIFY(!item.writeAt(0, kDate));
+        } else {
+            ItemStatus s;
+            QVERIFY(item.status(s) && s.sameItem(FolderItem(target).Status()));
+            QCOMPARE(item.readAt(290, 19), pattern(300).mid(290));  // short at the end
+            QVERIFY(!item.writeAt(282, kDate));  // one byte beyond it
+            QCOMPARE(item.why(), "the file ends before the place of the date");
+            QVERIFY(item.writeAt(281, kDate) && item.close());
+        }
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), why.isEmpty() ? pattern(300).replace(281, 19, kDate) : pattern(300));
+    }
+
+    // Dates set through a pinned item of the item's bytes, a Shift-JIS name as any other,
+    // to the nanosecond; the access time stays, and this system sets no creation date.
     void dates_data()
     {
         QTest::addColumn<bool>("folder");
@@ -267,9 +314,13 @@ private slots:
         const timespec atime[2] = {{1000000000, 0}, {0, UTIME_OMIT}};
         QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), atime, 0), 0);
         const FolderItem f(path);
-        QVERIFY(f.setModificationDate(date));
-        QVERIFY(!f.setCreationDate(Date(1999, 9, 9)));  // this OS cannot
+        PinnedItem item(f, PinnedItem::Dates);
+        QVERIFY(item.setModificationTime({date.toUnixTime(), 123456789}));
+        QVERIFY(!PinnedItem::canSetCreationTime() && !item.setCreationTime({0, 0}));
+        QCOMPARE(item.why(), "this system cannot set a file's creation date");
+        QVERIFY(item.close());
         QCOMPARE(f.ModificationDate(), date);
+        QCOMPARE(f.Status().modification.nanoseconds, 123456789);
         const QFileInfo info(path);
         QCOMPARE(info.lastModified().toString("yyyy-MM-dd HH:mm:ss"), date.SQLDateTime());
         QCOMPARE(info.lastRead().toSecsSinceEpoch(), atime[0].tv_sec);  // kept

@@ -48,6 +48,7 @@ private slots:
         QTest::newRow("setCell column 7") << Op([](Listbox& l) { l.setCell(0, 7, "x"); });
         QTest::newRow("setCellCheck column -1") << Op([](Listbox& l) { l.setCellCheck(0, -1, true); });
         QTest::newRow("RemoveRow past the end") << Op([](Listbox& l) { l.RemoveRow(5); });
+        QTest::newRow("RemoveRows, one past the end") << Op([](Listbox& l) { l.RemoveRows({0, 5}); });
         QTest::newRow("ListIndex -2") << Op([](Listbox& l) { l.setListIndex(-2); });
         QTest::newRow("Selected past the end") << Op([](Listbox& l) { l.Selected(5); });
         QTest::newRow("PressHeader column 7") << Op([](Listbox& l) { l.PressHeader(7); });
@@ -145,13 +146,16 @@ private slots:
         QTest::addColumn<int>("selected");  // before the step; -1 none
         QTest::addColumn<ListOp>("step");
         QTest::addColumn<int>("indexSeen");  // ListIndex inside the one Change; -2: no Change
+        QTest::addColumn<QString>("rowsAfter");  // column 0 of the rows, the selected one in brackets
         using Op = ListOp;
-        QTest::newRow("select a row") << -1 << Op([](Listbox& l) { l.setListIndex(2); }) << 2;
-        QTest::newRow("select none") << 1 << Op([](Listbox& l) { l.setListIndex(-1); }) << -1;
-        QTest::newRow("remove the selected row") << 1 << Op([](Listbox& l) { l.RemoveRow(1); }) << -1;
-        QTest::newRow("remove another row") << 1 << Op([](Listbox& l) { l.RemoveRow(3); }) << -2;
-        QTest::newRow("delete all with a selection") << 0 << Op([](Listbox& l) { l.DeleteAllRows(); }) << -1;
-        QTest::newRow("delete all without one") << -1 << Op([](Listbox& l) { l.DeleteAllRows(); }) << -2;
+        QTest::newRow("select a row") << -1 << Op([](Listbox& l) { l.setListIndex(2); }) << 2 << "ab[c]de";
+        QTest::newRow("select none") << 1 << Op([](Listbox& l) { l.setListIndex(-1); }) << -1 << "abcde";
+        QTest::newRow("remove the selected row") << 1 << Op([](Listbox& l) { l.RemoveRow(1); }) << -1 << "acde";
+        QTest::newRow("remove another row") << 1 << Op([](Listbox& l) { l.RemoveRow(3); }) << -2 << "a[b]ce";
+        QTest::newRow("remove rows, the selected among them") << 1 << Op([](Listbox& l) { l.RemoveRows({4, 1, 4}); }) << -1 << "acd";
+        QTest::newRow("remove rows around the selected") << 2 << Op([](Listbox& l) { l.RemoveRows({0, 3, 4}); }) << -2 << "b[c]";
+        QTest::newRow("delete all with a selection") << 0 << Op([](Listbox& l) { l.DeleteAllRows(); }) << -1 << "";
+        QTest::newRow("delete all without one") << -1 << Op([](Listbox& l) { l.DeleteAllRows(); }) << -2 << "";
     }
     void changeIsRaised()
     {
@@ -167,7 +171,33 @@ private slots:
         connect(lb.get(), &Listbox::Change, this, [&] { seen << lb->ListIndex(); });
         step(*lb);
         QCOMPARE(seen, indexSeen == -2 ? QList<int>() : QList<int>{indexSeen});
+        QString rows;
+        for (int r = 0; r < lb->ListCount(); ++r)
+            rows += lb->Selected(r) ? "[" + lb->Cell(r, 0) + "]" : lb->Cell(r, 0);
+        QTEST(rows, "rowsAfter");
         QCoreApplication::processEvents();  // the pending cell changes reach the model tester
+    }
+
+    // Rows added in a batch reach the views in one insertion at its end, or when a row of
+    // them is selected; the table counts and reads them all along.
+    void rowsAddedInABatch()
+    {
+        auto lb = fileTable();
+        QSignalSpy inserted(lb->model(), &QAbstractItemModel::rowsInserted);
+        {
+            const Listbox::RowBatch batch(*lb);
+            lb->AddRow("f");
+            lb->AddRow("g");
+            QCOMPARE(lb->ListCount(), 7);
+            QCOMPARE(lb->Cell(6, 0), "g");
+            QCOMPARE(inserted.count(), 0);
+            lb->setListIndex(6);
+            lb->AddRow("h");
+        }
+        QCOMPARE(lb->model()->rowCount(), 8);
+        QCOMPARE(inserted.count(), 2);
+        QCOMPARE(inserted.at(0).at(2).toInt() - inserted.at(0).at(1).toInt(), 1);  // f and g together
+        QCOMPARE(lb->ListIndex(), 6);
     }
 
     void pressTogglesOnlyOnTheBox_data()

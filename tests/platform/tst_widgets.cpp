@@ -1,6 +1,7 @@
 // The small widgets and services of the platform layer: message boxes, the failure report,
-// one-shot timers, the lock layout and the drawn shapes.
+// the busy pointer, one-shot timers, the lock layout and the drawn shapes.
 
+#include "platform/BusyPointer.h"
 #include "platform/Canvas.h"
 #include "platform/HandlerGuard.h"
 #include "platform/LockLayout.h"
@@ -8,6 +9,7 @@
 #include "platform/OneShotTimer.h"
 #include "platform/Shapes.h"
 
+#include <QElapsedTimer>
 #include <QGroupBox>
 #include <QMessageBox>
 #include <QPushButton>
@@ -76,9 +78,9 @@ private slots:
         QFETCH(Box, c);
         BoxAnswerer answerer;
         answerer.press = QMessageBox::StandardButton(c.press);
-        QCOMPARE(MsgBox(QStringLiteral("Go on?"), c.code, QStringLiteral("Title")), c.result);
+        QCOMPARE(MsgBox(QStringLiteral("Go on?"), c.code, QStringLiteral("Title"), QStringLiteral("2 files")), c.result);
         QCOMPARE(answerer.shown, 1);
-        QCOMPARE(answerer.text, QStringLiteral("Title|Go on?|"));
+        QCOMPARE(answerer.text, QStringLiteral("Title|Go on?|2 files"));
         QCOMPARE(answerer.icon, c.icon);
         QCOMPARE(answerer.defaultButton, c.defaultButton);
         QCOMPARE(answerer.buttons, c.buttons);
@@ -107,6 +109,27 @@ private slots:
         QCOMPARE(answerer.shown, 1);
         QCOMPARE(answerer.icon, QMessageBox::Warning);
         QCOMPARE(answerer.text, QStringLiteral("Velkaro|Velkaro could not change the dates in the files.|The disk is full."));
+    }
+
+    // A handler past 0.3 s shows the busy pointer until it ends; a failure's report, shown
+    // after the handler, sees the usual pointer again.
+    void busyPointerOverLongHandlers()
+    {
+        qint64 shownAfter = -1;
+        bool busyAtReport = true;
+        setFailureReport([&](const QString&, const QString&) { busyAtReport = QGuiApplication::overrideCursor(); });
+        guard("sort the files", [&] {
+            QElapsedTimer clock;
+            clock.start();
+            while (!QGuiApplication::overrideCursor() && clock.elapsed() < 5000)
+                stillBusy();
+            shownAfter = clock.elapsed();
+            QCOMPARE(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
+            throw std::runtime_error("x");
+        });
+        setFailureReport({});
+        QVERIFY2(shownAfter >= 300 && shownAfter < 1000, qPrintable(QString::number(shownAfter)));
+        QVERIFY(!busyAtReport && !QGuiApplication::overrideCursor());
     }
 
     void timerFiresOncePerArming()

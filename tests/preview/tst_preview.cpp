@@ -1,5 +1,6 @@
-// The preview pane (a picture fitted into its square, placed after a reduced decode, nothing
-// for a file that is no picture) and the hover tag that shows a row's whole file name.
+// The preview pane (a picture fitted into its square, placed after a reduced decode off the
+// event loop, nothing for a file that is no picture, never a picture of a row left) and
+// the hover tag that shows a row's whole file name.
 
 #include <QLineEdit>
 #include <QtTest>
@@ -7,6 +8,7 @@
 #include "platform/Canvas.h"
 #include "platform/Listbox.h"
 #include "platform/OneShotTimer.h"
+#include "platform/PictureWorker.h"
 #include "platform/ScaledPicture.h"
 #include "shell/Window1.h"
 #include "support/TiffBuilder.h"
@@ -29,6 +31,23 @@ class TestPreview : public QObject {
     QTemporaryDir dir;
     Window1* w = nullptr;
 
+    // Selects a new row for the file and waits for its picture, or for the word that there
+    // is none.
+    QImage select(const QString& path)
+    {
+        QSignalSpy handed(w->previewWorker, &PictureWorker::handedBack);
+        selectRowOf(path);
+        return handed.wait() ? w->Canvas1->Backdrop() : QImage(1, 1, QImage::Format_Mono);
+    }
+    void selectRowOf(const QString& path)
+    {
+        const int row = w->ListBox1->ListCount();
+        w->ListBox1->AddRow(QFileInfo(path).fileName());
+        w->ListBox1->setCellTag(row, 0, QVariant::fromValue(FolderItem(path)));
+        w->ListBox1->setCellTag(row, 6, 6);  // asks for a quarter turn
+        w->ListBox1->setListIndex(row);
+    }
+
 private slots:
     void initTestCase()
     {
@@ -36,6 +55,56 @@ private slots:
         QVERIFY(QTest::qWaitForWindowExposed(w));
         QTRY_COMPARE(w->Timer4->Mode(), 0);  // the opening's sort has passed
         QVERIFY(writeBytes(dir.filePath("before"), redPicture(QSize(40, 30))));
+        QVERIFY(writeBytes(dir.filePath("slow"), redPicture(QSize(40, 30))));
+        QImage blue(40, 30, QImage::Format_RGB32);
+        blue.fill(Qt::blue);
+        QVERIFY(blue.save(dir.filePath("blue"), "JPEG"));
+        QVERIFY(writeBytes(dir.filePath("text"), "no picture"));
+    }
+
+    // The pane shows the newest selection's picture and never one of a row that was left,
+    // also where that picture comes later; a request not begun gives way to a newer one.
+    // The first file's decode waits until the later selections are made.
+    void newestWins_data()
+    {
+        QTest::addColumn<QStringList>("then");  // selected while "slow" is decoded; "": cleared
+        QTest::addColumn<QStringList>("decoded");
+        QTest::addColumn<bool>("blue");  // the pane ends with the blue picture, else empty
+        QTest::newRow("a picture") << QStringList{"blue"} << QStringList{"slow", "blue"} << true;
+        QTest::newRow("no picture") << QStringList{"text"} << QStringList{"slow", "text"} << false;
+        QTest::newRow("two pictures") << QStringList{"before", "blue"} << QStringList{"slow", "blue"} << true;
+        QTest::newRow("the table cleared") << QStringList{""} << QStringList{"slow"} << false;
+    }
+    void newestWins()
+    {
+        QFETCH(QStringList, then);
+        QFETCH(QStringList, decoded);
+        QFETCH(bool, blue);
+        QSemaphore started, go;
+        QStringList seen;  // written by the worker, read after its pictures came back
+        setPictureDecoder([&](const FolderItem& f, QSize box) {
+            seen << f.Name();
+            if (f.Name() == "slow") {
+                started.release();
+                go.acquire();
+            }
+            return openScaledPicture(f, box);
+        });
+        w->ListBox1->DeleteAllRows();
+        QSignalSpy handed(w->previewWorker, &PictureWorker::handedBack);
+        selectRowOf(dir.filePath("slow"));
+        started.acquire();
+        for (const QString& name : then)
+            name.isEmpty() ? w->clearTables() : selectRowOf(dir.filePath(name));
+        const quint64 version = w->Canvas1->backdropVersion();
+        go.release();
+        QTRY_COMPARE(handed.count(), decoded.size());
+        setPictureDecoder({});
+        QCOMPARE(seen, decoded);
+        QCOMPARE(w->Canvas1->backdropVersion() - version, quint64(blue));  // "slow" never drawn
+        QCOMPARE(w->Canvas1->Backdrop().isNull(), !blue);
+        if (blue)
+            QVERIFY(qBlue(w->Canvas1->Backdrop().pixel(100, 100)) > 200);
     }
 
     // Selected after a picture: decoded at a reduced scale, a picture still lands at its
@@ -69,14 +138,6 @@ private slots:
         QVERIFY(writeBytes(file, content));
         if (decodedWidth > 0)
             QCOMPARE(openScaledPicture(file, QSize(200, 200)).image.width(), decodedWidth);
-        const auto select = [&](const QString& path) {
-            const int row = w->ListBox1->ListCount();
-            w->ListBox1->AddRow(QFileInfo(path).fileName());
-            w->ListBox1->setCellTag(row, 0, QVariant::fromValue(FolderItem(path)));
-            w->ListBox1->setCellTag(row, 6, 6);  // asks for a quarter turn
-            w->ListBox1->setListIndex(row);
-            return w->Canvas1->Backdrop();
-        };
         w->ListBox1->DeleteAllRows();
         QVERIFY(!select(dir.filePath("before")).isNull());
         const QImage b = select(file);

@@ -165,7 +165,7 @@ private slots:
             QCoreApplication::sendEvent(w->windowHandle(), e);
         QCOMPARE(listedNames(), QStringList{kSjisShown});
         QTRY_VERIFY(!w->Canvas1->Backdrop().isNull());  // its picture in the preview
-        setMsgBoxAnswer([](const QString&, int, const QString&) { return 1; });
+        setMsgBoxAnswer([](const QString&, int, const QString&, const QString&) { return 1; });
         w->AddValue(2)->setText("1");
         w->AimValue(0)->setText("2012");
         w->ExecuteBtn->click();

@@ -10,6 +10,7 @@
 #include <QTranslator>
 #include <QtTest>
 
+#include "platform/HandlerGuard.h"
 #include "platform/LockLayout.h"
 #include "platform/OneShotTimer.h"
 #include "shell/AboutWindow.h"
@@ -260,6 +261,13 @@ private slots:
             QVERIFY2(!shown[i].isEmpty() || !japanese, kAll[i].first);
             QCOMPARE(shown[i] == original[i], !japanese || original[i] == "Velkaro");
         }
+        // Reports too, the handler's action and the reason alike.
+        QString report;
+        setFailureReport([&](const QString& action, const QString& reason) { report = action + '|' + reason; });
+        guard("change the dates in the files", [] { throw NilObjectException(); });
+        setFailureReport({});
+        QCOMPARE(report, japanese ? "ファイルの日付を変更する|必要なものがもうありません。"
+                                  : "change the dates in the files|Something that was needed is no longer there.");
     }
 
     void quitEndsTheEventLoop()

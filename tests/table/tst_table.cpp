@@ -7,10 +7,14 @@
 
 #include <sys/stat.h>
 
+#include <sys/stat.h>
+
 #include "platform/Canvas.h"
+#include "platform/DragItem.h"
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
 #include "platform/OneShotTimer.h"
+#include "platform/ReadAhead.h"
 #include "platform/Shapes.h"
 #include "shell/Window1.h"
 #include "support/TiffBuilder.h"
@@ -285,6 +289,31 @@ private slots:
             w->ListBox1->setListIndex(row);
             QTRY_COMPARE(w->Canvas1->Backdrop().isNull(), !listed()[row].endsWith(".jpg"));
         }
+    }
+
+    // A drop lists the same with its files read ahead as without: every text, tick and tag.
+    void readAheadChangesNothing()
+    {
+        QVERIFY(::mkfifo(QFile::encodeName(dir.filePath("fifo")).constData(), 0600) == 0 || QFile::exists(dir.filePath("fifo")));
+        QList<QUrl> urls;
+        for (const char* name : {"old.jpg", "fifo", "写真 と 空白.jpg", "middle.txt", "all.jpg", "folder", "new.jpg"})
+            urls << QUrl::fromLocalFile(dir.filePath(name));
+        QStringList tables;
+        for (const ReadAhead::Policy policy : {ReadAhead::Policy::Never, ReadAhead::Policy::Always}) {
+            ReadAhead::setPolicy(policy);
+            DragItem obj(urls);
+            w->Event_DropObject(obj, 0);
+            QString table;
+            for (int row = 0; row < w->ListBox1->ListCount(); ++row) {
+                table += ticks(w->ListBox1, row) + exifView(*w, row);
+                for (int column = 0; column <= 2; ++column)
+                    table += " | " + w->ListBox1->Cell(row, column);
+            }
+            tables << table;
+        }
+        ReadAhead::setPolicy(ReadAhead::Policy::WhenCold);
+        QCOMPARE(w->ListBox1->ListCount(), urls.size());
+        QCOMPARE(tables[1], tables[0]);
     }
 
     // Ticking prunes the rows whose file gives no picture, hidden until the walk is over;
