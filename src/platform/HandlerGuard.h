@@ -1,11 +1,8 @@
 #pragma once
 #include <QString>
 
-<<<<<<< HEAD
-#include "platform/TextId.h"
-=======
 #include "platform/BusyPointer.h"
->>>>>>> speed
+#include "platform/TextId.h"
 
 #include <exception>
 #include <functional>
