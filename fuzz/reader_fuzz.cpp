@@ -30,6 +30,24 @@ void fail(const char* what, const QString& detail)
     std::abort();
 }
 
+// What is wrong with a row's Exif cells ("" for nothing): a date's text and position come
+// together, and the orientation code is a number of quarter turns.
+QString rowProblem(const Window1& w, int row)
+{
+    QString problem;
+    for (int column = 3; column <= 5; ++column) {
+        const QVariant tag = w.ListBox1->CellTag(row, column);
+        const bool marker = w.ListBox1->Cell(row, column) == kNoExif;
+        if (marker == tag.isValid() || (marker && w.ListBox1->CellCheck(row, column)) ||
+            (!marker && (tag.typeId() != QMetaType::Double || w.ListBox1->Cell(row, column).size() > 254)))
+            problem += QStringLiteral(" column %1").arg(column);
+    }
+    const QVariant turns = w.ListBox1->CellTag(row, 6);
+    if (turns.isValid() && (turns.typeId() != QMetaType::LongLong || turns.toLongLong() < 0 || turns.toLongLong() > 3))
+        problem += QStringLiteral(" orientation code");
+    return problem;
+}
+
 }  // namespace
 
 // Fontconfig keeps what it allocates when the window first lays out text, for good.

@@ -145,19 +145,3 @@ QString readBytes(Window1& w, const QByteArray& bytes, bool plain, qint64 budget
     }
     return budget > 0 ? exifView(w, w.curRow) : QString();
 }
-
-QString rowProblem(const Window1& w, int row)
-{
-    QString problem;
-    for (int column = 3; column <= 5; ++column) {
-        const QVariant tag = w.ListBox1->CellTag(row, column);
-        const bool marker = w.ListBox1->Cell(row, column) == kNoExif;
-        if (marker == tag.isValid() || (marker && w.ListBox1->CellCheck(row, column)) ||
-            (!marker && (tag.typeId() != QMetaType::Double || w.ListBox1->Cell(row, column).size() > 254)))
-            problem += QStringLiteral(" column %1").arg(column);
-    }
-    const QVariant turns = w.ListBox1->CellTag(row, 6);
-    if (turns.isValid() && (turns.typeId() != QMetaType::LongLong || turns.toLongLong() < 0 || turns.toLongLong() > 3))
-        problem += QStringLiteral(" orientation code");
-    return problem;
-}

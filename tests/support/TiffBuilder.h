@@ -53,9 +53,6 @@ bool writeBytes(const QString& path, const QByteArray& bytes, int hoursAgo = 0);
 // file, every Exif pointer followed except to a directory being walked further up. Gives the
 // row's exifView, or "" when the plain walk needs more than budget directories and entries.
 QString readBytes(Window1& w, const QByteArray& bytes, bool plain = false, qint64 budget = 1 << 20);
-// What is wrong with a row's Exif cells ("" for nothing): a date's text and position come
-// together, and the orientation code is a number of quarter turns.
-QString rowProblem(const Window1& w, int row);
 
 // A row's Exif cells as text that reads well in a failed comparison: "text@position" for
 // columns 3 to 5 ("-" for the marker without a tag), then the turns in column 6's tag ("-": none).
