@@ -5,7 +5,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QImageReader>
 
 #include <algorithm>
 #include <cerrno>
@@ -436,15 +435,4 @@ std::unique_ptr<QIODevice> FolderItem::openDevice() const
         return nullptr;
     }
     return file;
-}
-
-QImage FolderItem::OpenAsPicture() const
-{
-    const std::unique_ptr<QIODevice> device = openDevice();
-    if (!device)
-        return QImage();
-    QImageReader reader(device.get());
-    // The picture as stored: the preview reads the orientation itself.
-    reader.setAutoTransform(false);
-    return reader.read();
 }

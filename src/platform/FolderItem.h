@@ -83,8 +83,6 @@ public:
     // The file open for reading as a device, for decoders that read from one; null where
     // it cannot be opened.
     std::unique_ptr<QIODevice> openDevice() const;
-    // The whole picture, or a null image when the file holds none that can be loaded.
-    QImage OpenAsPicture() const;
 
     bool operator==(const FolderItem& o) const { return native_ == o.native_; }
 
