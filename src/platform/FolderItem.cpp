@@ -5,7 +5,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QImageReader>
 
 #include <cerrno>
 #include <cstring>
@@ -378,15 +377,4 @@ std::unique_ptr<QIODevice> FolderItem::openDevice() const
         return nullptr;
     }
     return file;
-}
-
-QImage FolderItem::OpenAsPicture() const
-{
-    const std::unique_ptr<QIODevice> device = openDevice();
-    if (!device)
-        return QImage();
-    QImageReader reader(device.get());
-    // The picture as stored: the preview reads the orientation itself.
-    reader.setAutoTransform(false);
-    return reader.read();
 }

@@ -94,8 +94,6 @@ public:
     // The file open for reading as a device, for decoders that read from one; null where
     // it cannot be opened.
     std::unique_ptr<QIODevice> openDevice() const;
-    // The whole picture, or a null image when the file holds none that can be loaded.
-    QImage OpenAsPicture() const;
 
     // What the item was when its row was listed. A row's FolderItem carries it, so that
     // every copy that the table hands out can tell whether the path still names the

@@ -70,7 +70,6 @@ private slots:
         QTest::addColumn<QStringList>("then");  // selected while "slow" is decoded; "": cleared
         QTest::addColumn<QStringList>("decoded");
         QTest::addColumn<bool>("blue");  // the pane ends with the blue picture, else empty
-        QTest::newRow("a picture") << QStringList{"blue"} << QStringList{"slow", "blue"} << true;
         QTest::newRow("no picture") << QStringList{"text"} << QStringList{"slow", "text"} << false;
         QTest::newRow("two pictures") << QStringList{"before", "blue"} << QStringList{"slow", "blue"} << true;
         QTest::newRow("the table cleared") << QStringList{""} << QStringList{"slow"} << false;
