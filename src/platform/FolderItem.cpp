@@ -66,13 +66,15 @@ QByteArray normalized(const QByteArray& given)
 }
 #endif
 
-// The text of a path or name for showing: bytes that are no UTF-8 show as U+FFFD.
-QString shown(const QByteArray& native)
+// The text of a path or name for showing: bytes that are no UTF-8 show as U+FFFD. Qt
+// takes file names on Unix as UTF-8 whatever the locale; decoding them as such directly
+// spares the intake a decoder made for every name.
+QString shown(QByteArrayView native)
 {
 #if defined(_WIN32)
     return QDir::fromNativeSeparators(QString::fromUtf8(native));
 #else
-    return QFile::decodeName(native);
+    return QString::fromUtf8(native);
 #endif
 }
 
@@ -269,7 +271,8 @@ QString FolderItem::Name() const
 {
     const QByteArray& p = checked();
     const qsizetype slash = p.lastIndexOf('/');
-    return shown(slash < 0 || slash == p.size() - 1 ? p : p.mid(slash + 1));
+    const QByteArrayView all(p);
+    return shown(slash < 0 || slash == p.size() - 1 ? all : all.sliced(slash + 1));
 }
 
 bool FolderItem::Exists() const
