@@ -365,6 +365,41 @@ Handle<BinaryStream> FolderItem::OpenAsBinaryFile(bool write) const
     return BinaryStream::fromDescriptor(fd, write);
 }
 
+FolderItem::Opened FolderItem::openForListing(QString* why) const
+{
+    Opened r;
+#if !defined(_WIN32)
+    checked();
+    int fd;
+    do
+        fd = ::open(native_.constData(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+    while (fd < 0 && errno == EINTR);
+    int openError = errno;
+    if (fd >= 0) {
+        r.status = readItemStatus(fd, nullptr);
+        openError = errno;
+        if (r.status && r.status->kind == ItemStatus::RegularFile) {
+            r.stream = BinaryStream::fromDescriptor(fd, false);
+            return r;
+        }
+        ::close(fd);
+        if (r.status) {
+            const int error = r.status->kind == ItemStatus::Folder ? EISDIR : ENODEV;
+            r.stream = Handle<BinaryStream>::nil(whyNotOpened(Name(), false, error));
+            return r;
+        }
+    }
+    r.status = Status(why);
+    if (r.status)
+        r.stream = Handle<BinaryStream>::nil(whyNotOpened(Name(), false, openError));
+#else
+    r.status = Status(why);
+    if (r.status)
+        r.stream = OpenAsBinaryFile(false);
+#endif
+    return r;
+}
+
 std::unique_ptr<QIODevice> FolderItem::openDevice() const
 {
     const int fd = openRegularFile(false);

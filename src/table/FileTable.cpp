@@ -52,9 +52,11 @@ void Window1::addFileToTable(const FolderItem& f)
 {
     if (f.isNil())
         return;
-    // Both dates come from one status call, made before there is a row.
+    // Both dates come from one status call, made before there is a row, of the file as
+    // it is opened for reading.
     QString why;
-    const std::optional<ItemStatus> status = f.Status(&why);
+    FolderItem::Opened opened = f.openForListing(&why);
+    const std::optional<ItemStatus>& status = opened.status;
     if (!status) {
         unlistedItems << why;
         return;
@@ -80,7 +82,7 @@ void Window1::addFileToTable(const FolderItem& f)
         ListBox1->setCell(curRow, column, kNoExif);
 
     // Replacing bs releases the stream of the file before; a nil stream stays in bs.
-    bs = f.OpenAsBinaryFile(false);
+    bs = std::move(opened.stream);
     if (!bs.isNil())
         getExifInfo();
     optimizeRowCheck(curRow);
