@@ -192,6 +192,17 @@ private slots:
             : i % 3 == 1 ? stairs.entry(0, 34665, 4, 1, stairs.number(i % 7 ? 44 + 12 * i : 8, 4))
                          : stairs.ascii(0, 36868 - i % 2, "step " + QByteArray::number(i));
         QTest::newRow("overlapping directories sharing entries") << stairs.bytes() << QString();
+        // More directories than the walk keeps track of one by one: it goes over to the file's
+        // bytes in memory while 256 of them are being walked. The last two dates stand, and the
+        // only digitization date, in the fifth, before its pointer.
+        TiffBuilder hundreds(LE);
+        for (int d = 0; d < 300; ++d) {
+            hundreds.ascii(hundreds.directory(), d % 2 ? 306 : 36867, "deep " + QByteArray::number(d));
+            if (d == 4)
+                hundreds.ascii(d, 36868, "digitized");
+            hundreds.link(d, 34665, (d + 1) % 300);
+        }
+        QTest::newRow("a chain of 300 Exif directories") << (f = hundreds.bytes()) << seen(f, {"deep 299", "deep 298", "digitized"});
     }
 
     // Also against the plain walk, which the last rows leave to say what they show.
