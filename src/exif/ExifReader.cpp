@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <map>
 #include <memory>
 #include <vector>
@@ -195,10 +196,10 @@ private:
     {
         if (g.whole || first >= size)
             return;
-        if (!all.empty()) {
+        if (!all.empty()) {  // from the grid's first position to its last entry
             g.whole = true;
             first %= 12;
-            end = size;
+            end = std::numeric_limits<quint64>::max();
         }
         end = std::min(end, first + (size - first + 11) / 12 * 12);
         quint64 from = first;
