@@ -13,10 +13,11 @@
 #include "platform/MemoryBlock.h"
 #include "platform/Text.h"
 
-#include <QHash>
+#include <QSet>
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <map>
 #include <memory>
 #include <vector>
@@ -112,7 +113,6 @@ public:
         while (!frames.empty() && !complete()) {
             Entry e;
             if (!takeLast(frames.back(), e)) {
-                state[frames.back().directory] = Walked;
                 frames.pop_back();
             } else if (e.tag == kTagExifPointer) {
                 enter(toPosition(pointerValue(e) + w.TiffOfs));
@@ -142,6 +142,7 @@ private:
     struct Grid {
         std::map<quint64, quint64> read;        // from, to: entry positions read, merged
         std::map<quint64, Stretch*> stretches;  // by from; only those with entries left
+        bool whole = false;                     // read from its first position to the end
     };
     // A directory being walked: its entries from first to before cursor are still to come.
     // No stretch is read inside a directory after it is entered, so the stretch of its last
@@ -152,37 +153,54 @@ private:
         Stretch* stretch = nullptr;  // of the last entry taken
         int below = 0;               // entries of that stretch before cursor
     };
-    enum State : char { BeingWalked, Walked };
-
     void enter(quint64 position)
     {
-        if (complete() || position >= size || state.contains(position))
+        if (complete() || position >= size || entered(position))
             return;  // nothing there; cut, or walked already: nothing more to find there
-        if (state.size() == kManyDirectories && size <= kInMemory) {
-            // Only a crafted file has this many: its reads lie all over it, and a stream over
-            // memory serves them at the cost of one read.
-            file = w.bs;
-            file->setPosition(0);
-            w.bs = BinaryStream::overBytes(file->Read(qint64(size)));
-        }
+        if (all.empty() && few.size() == kManyDirectories && size <= kInMemory)
+            goInMemory();
         w.bs->setPosition(position);
         w.bs->setLittleEndian(w.isLittleEndian);
         const quint64 n = w.bs->ReadUInt16();
         if (n == 0)
             return;
-        state.insert(position, BeingWalked);
+        if (all.empty())
+            few.insert(position);
+        else
+            all[position] = true;
         const quint64 first = position + 2, end = first + 12 * n;
         Grid& grid = grids[first % 12];
         readGrid(grid, first, end);
         frames.push_back({position, first, end, &grid});
     }
 
+    bool entered(quint64 position) const { return all.empty() ? few.contains(position) : all[position]; }
+
+    // Only a crafted file enters this many directories: its reads lie all over it. A stream
+    // over memory serves them at the cost of one read; from then on a directory entered is a
+    // bit of a table by position, and a grid is read whole the first time it is needed, so
+    // that entering a directory costs no more than a look at its count.
+    void goInMemory()
+    {
+        file = w.bs;
+        file->setPosition(0);
+        w.bs = BinaryStream::overBytes(file->Read(qint64(size)));
+        all.assign(size, false);
+        for (const quint64 position : std::as_const(few))
+            all[position] = true;
+    }
+
     // Makes sure the grid holds the entries from first to before end; what lies beyond the end
     // of the file reads as zeros and changes nothing.
     void readGrid(Grid& g, quint64 first, quint64 end)
     {
-        if (first >= size)
+        if (g.whole || first >= size)
             return;
+        if (!all.empty()) {  // from the grid's first position to its last entry
+            g.whole = true;
+            first %= 12;
+            end = std::numeric_limits<quint64>::max();
+        }
         end = std::min(end, first + (size - first + 11) / 12 * 12);
         quint64 from = first;
         auto next = g.read.upper_bound(from);
@@ -330,7 +348,8 @@ private:
     int found = 0;  // bit c - 3: column c has its final value
     std::array<Grid, 12> grids;
     std::vector<std::unique_ptr<Stretch>> kept;
-    QHash<quint64, State> state;  // directories entered, by position
+    QSet<quint64> few;        // directories entered, by position, until there are many
+    std::vector<bool> all;    // then: entered or not, for every position of the file
     std::vector<Frame> frames;                 // the directories being walked, innermost last
 };
 

@@ -192,6 +192,20 @@ private slots:
             : i % 3 == 1 ? stairs.entry(0, 34665, 4, 1, stairs.number(i % 7 ? 44 + 12 * i : 8, 4))
                          : stairs.ascii(0, 36868 - i % 2, "step " + QByteArray::number(i));
         QTest::newRow("overlapping directories sharing entries") << stairs.bytes() << QString();
+        // More directories than the walk keeps track of one by one: it goes over to the file's
+        // bytes in memory while 256 of them are being walked. The last shooting date stands,
+        // and the only digitization date, in the fifth, before its pointer; the last directory
+        // points to one at the end of the file whose second entry is cut to a tag 306.
+        TiffBuilder hundreds(LE);
+        for (int d = 0; d < 300; ++d) {
+            hundreds.ascii(hundreds.directory(), d % 2 ? 306 : 36867, "deep " + QByteArray::number(d));
+            if (d == 4)
+                hundreds.ascii(d, 36868, "digitized");
+            hundreds.link(d, 34665, (d + 1) % 300);
+        }
+        hundreds.entry(299, 34665, 4, 1, hundreds.number(quint32(hundreds.bytes().size() + 12), 4));
+        f = hundreds.bytes() + hundreds.number(2, 2) + QByteArray(12, '\0') + hundreds.number(306, 2);
+        QTest::newRow("a chain of 300 Exif directories") << f << seen(f, {"", "deep 298", "digitized"}).replace("- |", "@0 |");
     }
 
     // Also against the plain walk, which the last rows leave to say what they show.

@@ -112,9 +112,11 @@ double plainIFD(Window1& w, double pos, QList<quint64>& walking, qint64& budget)
         const QString text = w.culcType(tag, block.StringView(at + 8, 4), block.Short(at + 2), block.Long(at + 4));
         if (tag == 274)
             w.ListBox1->setCellTag(w.curRow, 6, QVariant(toInteger(Val(NthField("0,0,2,2,3,1,1,3", ",", toInteger(Val(text)))))));
-        const double to = Val("&h" + text) + w.TiffOfs;
-        if (tag == 34665 && !walking.contains(toPosition(to)))
-            plainIFD(w, to, walking, budget);
+        if (tag == 34665) {
+            const double to = Val("&h" + text) + w.TiffOfs;
+            if (!walking.contains(toPosition(to)))
+                plainIFD(w, to, walking, budget);
+        }
         if (tag == 306 || tag == 36867 || tag == 36868)
             w.ListBox1->setCell(w.curRow, tag == 306 ? 3 : tag - 36863, text);
     }
