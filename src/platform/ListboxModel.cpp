@@ -2,6 +2,7 @@
 
 #include "platform/Date.h"
 #include "platform/FolderItem.h"
+#include "platform/Text.h"
 
 #include <algorithm>
 #include <cstring>
@@ -65,6 +66,14 @@ public:
         if (b)
             return std::get<QString>(value_).compare(b->latin1());
         return std::get<QString>(value_).compare(std::get<QString>(o.value_));
+    }
+
+    // As sameText tells, case ignored, without making a string of a text kept in place.
+    bool sameAs(const QString& text) const
+    {
+        if (const Short* b = std::get_if<Short>(&value_))
+            return b->size == text.size() && QString::compare(text, b->latin1(), Qt::CaseInsensitive) == 0;
+        return sameText(std::get<QString>(value_), text);
     }
 
     bool equals(const QString& text) const
@@ -317,6 +326,11 @@ void ListboxModel::clear()
 QString ListboxModel::text(int row, int column) const
 {
     return rows_[size_t(row)].cells[size_t(column)].text.toString();
+}
+
+bool ListboxModel::textIs(int row, int column, const QString& text) const
+{
+    return rows_[size_t(row)].cells[size_t(column)].text.sameAs(text);
 }
 
 void ListboxModel::setText(int row, int column, const QString& text)

@@ -47,6 +47,7 @@ public:
     void clear();
 
     QString text(int row, int column) const;
+    bool textIs(int row, int column, const QString& text) const;  // case ignored, as sameText
     void setText(int row, int column, const QString& text);
     bool check(int row, int column) const { return (rows_[size_t(row)].checks >> column) & 1u; }
     void setCheck(int row, int column, bool checked);

@@ -13,7 +13,6 @@
 #include "platform/Canvas.h"
 #include "platform/Listbox.h"
 #include "platform/PictureProbe.h"
-#include "platform/Text.h"
 
 #include <QCheckBox>
 
@@ -92,7 +91,7 @@ void Window1::addFileToTable(const FolderItem& f)
 void Window1::optimizeRowCheck(int row)
 {
     for (int column = 1; column <= 5; ++column) {
-        const bool v = sameText(ListBox1->Cell(row, column), kNoExif) ? false : ListHeader->CellCheck(0, column);
+        const bool v = ListBox1->CellIsText(row, column, kNoExif) ? false : ListHeader->CellCheck(0, column);
         ListBox1->setCellCheck(row, column, v);
     }
 }

@@ -113,6 +113,21 @@ private slots:
         }
     }
 
+    // A cell's text against others, case ignored, whether the table keeps it in place
+    // (short Latin-1) or as a string.
+    void cellIsText()
+    {
+        auto lb = fileTable();
+        const QStringList texts = {"Img_0001.jpg", "Exif取得不能", "a name longer than a cell keeps in place"};
+        for (int r = 0; r < 3; ++r)
+            lb->setCell(r, 3, texts.at(r));
+        for (int r = 0; r < 3; ++r)
+            for (int t = 0; t < 3; ++t)
+                QCOMPARE(lb->CellIsText(r, 3, texts.at(t).toUpper()), r == t);
+        QVERIFY(!lb->CellIsText(0, 3, texts.at(0).chopped(1)));
+        QVERIFY(!lb->CellIsText(3, 3, texts.at(0)));
+    }
+
     // Change comes once for each change of the selected row, also when the selected row goes
     // away, and then with the table as it is afterwards; a row that is not selected goes
     // without one. (Deleting all rows with one selected is the scheduled value's test: the
