@@ -66,13 +66,15 @@ QByteArray normalized(const QByteArray& given)
 }
 #endif
 
-// The text of a path or name for showing: bytes that are no UTF-8 show as U+FFFD.
-QString shown(const QByteArray& native)
+// The text of a path or name for showing: bytes that are no UTF-8 show as U+FFFD. Qt
+// takes file names on Unix as UTF-8 whatever the locale; decoding them as such directly
+// spares the intake a decoder made for every name.
+QString shown(QByteArrayView native)
 {
 #if defined(_WIN32)
     return QDir::fromNativeSeparators(QString::fromUtf8(native));
 #else
-    return QFile::decodeName(native);
+    return QString::fromUtf8(native);
 #endif
 }
 
@@ -269,7 +271,8 @@ QString FolderItem::Name() const
 {
     const QByteArray& p = checked();
     const qsizetype slash = p.lastIndexOf('/');
-    return shown(slash < 0 || slash == p.size() - 1 ? p : p.mid(slash + 1));
+    const QByteArrayView all(p);
+    return shown(slash < 0 || slash == p.size() - 1 ? all : all.sliced(slash + 1));
 }
 
 bool FolderItem::Exists() const
@@ -360,6 +363,41 @@ Handle<BinaryStream> FolderItem::OpenAsBinaryFile(bool write) const
     if (fd < 0)
         return Handle<BinaryStream>::nil(whyNotOpened(Name(), write, errno));
     return BinaryStream::fromDescriptor(fd, write);
+}
+
+FolderItem::Opened FolderItem::openForListing(QString* why) const
+{
+    Opened r;
+#if !defined(_WIN32)
+    checked();
+    int fd;
+    do
+        fd = ::open(native_.constData(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+    while (fd < 0 && errno == EINTR);
+    int openError = errno;
+    if (fd >= 0) {
+        r.status = readItemStatus(fd, nullptr);
+        openError = errno;
+        if (r.status && r.status->kind == ItemStatus::RegularFile) {
+            r.stream = BinaryStream::fromDescriptor(fd, false);
+            return r;
+        }
+        ::close(fd);
+        if (r.status) {
+            const int error = r.status->kind == ItemStatus::Folder ? EISDIR : ENODEV;
+            r.stream = Handle<BinaryStream>::nil(whyNotOpened(Name(), false, error));
+            return r;
+        }
+    }
+    r.status = Status(why);
+    if (r.status)
+        r.stream = Handle<BinaryStream>::nil(whyNotOpened(Name(), false, openError));
+#else
+    r.status = Status(why);
+    if (r.status)
+        r.stream = OpenAsBinaryFile(false);
+#endif
+    return r;
 }
 
 std::unique_ptr<QIODevice> FolderItem::openDevice() const

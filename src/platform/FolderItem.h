@@ -94,6 +94,16 @@ public:
     // The file open for reading as a device, for decoders that read from one; null where
     // it cannot be opened.
     std::unique_ptr<QIODevice> openDevice() const;
+    // For listing, Status(why) and OpenAsBinaryFile(false) at once: the item is opened,
+    // and the status is that of what opened, so that its path is looked up once. What
+    // does not open (no permission, a socket) gets its status from the path; the stream
+    // is nil but for a regular file, saying why as OpenAsBinaryFile does, and nil too
+    // where there is no status.
+    struct Opened {
+        std::optional<ItemStatus> status;
+        Handle<BinaryStream> stream;
+    };
+    Opened openForListing(QString* why) const;
 
     // What the item was when its row was listed. A row's FolderItem carries it, so that
     // every copy that the table hands out can tell whether the path still names the

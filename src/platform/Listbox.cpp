@@ -334,6 +334,12 @@ QString Listbox::Cell(int row, int column) const
     return model_->text(row, column);
 }
 
+bool Listbox::CellIsText(int row, int column, const QString& text) const
+{
+    checkCell(row, column);
+    return model_->textIs(row, column, text);
+}
+
 void Listbox::setCell(int row, int column, const QString& text)
 {
     checkCell(row, column);

@@ -1,9 +1,166 @@
 #include "platform/ListboxModel.h"
 
+#include "platform/Date.h"
+#include "platform/FolderItem.h"
+#include "platform/Text.h"
+
 #include <algorithm>
+#include <cstring>
 #include <numeric>
+#include <variant>
+
+namespace {
+
+// Up to 23 Latin-1 characters in place.
+struct ShortText {
+    quint8 size = 0;
+    char chars[23];
+    QLatin1StringView latin1() const { return QLatin1StringView(chars, size); }
+};
+
+// A cell's text. Up to 23 Latin-1 characters are kept in place, one byte each: the date
+// texts and most file names, which would otherwise cost a heap block of UTF-16 each.
+// Any other text is kept as the QString it came as. Both compare in code-unit order, as
+// QString does.
+class CellText {
+public:
+    QString toString() const
+    {
+        if (const QString* s = std::get_if<QString>(&value_))
+            return *s;
+        const Short& b = std::get<Short>(value_);
+        return b.size == 0 ? QString() : QString::fromLatin1(b.chars, b.size);
+    }
+
+    void assign(const QString& text)
+    {
+        const qsizetype n = text.size();
+        if (n > qsizetype(sizeof(Short::chars))) {
+            value_ = text;
+            return;
+        }
+        Short b;
+        const QChar* from = text.constData();
+        for (qsizetype i = 0; i < n; ++i) {
+            if (from[i].unicode() > 0xff) {
+                value_ = text;
+                return;
+            }
+            b.chars[i] = char(from[i].unicode());
+        }
+        b.size = quint8(n);
+        value_ = b;
+    }
+
+    // Negative, zero or positive as this text sorts before, with or after the other.
+    int compare(const CellText& o) const
+    {
+        const Short* a = std::get_if<Short>(&value_);
+        const Short* b = std::get_if<Short>(&o.value_);
+        if (a && b) {
+            const int c = std::memcmp(a->chars, b->chars, std::min(a->size, b->size));
+            return c != 0 ? c : int(a->size) - int(b->size);
+        }
+        if (a)
+            return -std::get<QString>(o.value_).compare(a->latin1());
+        if (b)
+            return std::get<QString>(value_).compare(b->latin1());
+        return std::get<QString>(value_).compare(std::get<QString>(o.value_));
+    }
+
+    // As sameText tells, case ignored, without making a string of a text kept in place.
+    bool sameAs(const QString& text) const
+    {
+        if (const Short* b = std::get_if<Short>(&value_))
+            return b->size == text.size() && QString::compare(text, b->latin1(), Qt::CaseInsensitive) == 0;
+        return sameText(std::get<QString>(value_), text);
+    }
+
+    bool equals(const QString& text) const
+    {
+        if (const Short* b = std::get_if<Short>(&value_))
+            return text == b->latin1();
+        return text == std::get<QString>(value_);
+    }
+
+private:
+    using Short = ShortText;
+    std::variant<Short, QString> value_;
+};
+
+// A cell's tag. The values the file table keeps in every row are held as themselves:
+// numbers, a Date packed into one word, a FolderItem in a block of its own. Anything else
+// is kept as the QVariant it came as. Every tag reads back as a QVariant of the type that
+// was written.
+class CellTag {
+public:
+    QVariant toVariant() const
+    {
+        return std::visit(
+            [](const auto& v) -> QVariant {
+                using T = std::decay_t<decltype(v)>;
+                if constexpr (std::is_same_v<T, std::monostate>)
+                    return {};
+                else if constexpr (std::is_same_v<T, PackedDate>)
+                    return QVariant::fromValue(v.unpack());
+                else if constexpr (std::is_same_v<T, std::unique_ptr<FolderItem>>)
+                    return QVariant::fromValue(*v);
+                else if constexpr (std::is_same_v<T, std::unique_ptr<QVariant>>)
+                    return *v;
+                else
+                    return QVariant(v);
+            },
+            value_);
+    }
+
+    void assign(const QVariant& tag)
+    {
+        const int type = tag.typeId();
+        if (!tag.isValid())
+            value_ = std::monostate();
+        else if (type == QMetaType::Double)
+            value_ = tag.toDouble();
+        else if (type == QMetaType::LongLong)
+            value_ = tag.toLongLong();
+        else if (type == QMetaType::Int)
+            value_ = tag.toInt();
+        else if (type == qMetaTypeId<Date>())
+            value_ = PackedDate(*static_cast<const Date*>(tag.constData()));
+        else if (type == qMetaTypeId<FolderItem>())
+            value_ = std::make_unique<FolderItem>(*static_cast<const FolderItem*>(tag.constData()));
+        else
+            value_ = std::make_unique<QVariant>(tag);
+    }
+
+private:
+    // A Date in one word: every field of a Date within its range fits in 51 bits.
+    struct PackedDate {
+        quint64 bits = 0;
+        explicit PackedDate(const Date& d)
+            : bits(quint64(d.Year() - Date::kMinYear) << 26 | quint64(d.Month()) << 22 | quint64(d.Day()) << 17
+                   | quint64(d.Hour()) << 12 | quint64(d.Minute()) << 6 | quint64(d.Second()))
+        {
+        }
+        Date unpack() const
+        {
+            return Date(qint64(bits >> 26) + Date::kMinYear, qint64(bits >> 22 & 0xf), qint64(bits >> 17 & 0x1f),
+                        qint64(bits >> 12 & 0x1f), qint64(bits >> 6 & 0x3f), qint64(bits & 0x3f));
+        }
+    };
+    std::variant<std::monostate, double, qint64, int, PackedDate, std::unique_ptr<FolderItem>, std::unique_ptr<QVariant>>
+        value_;
+};
+
+}  // namespace
+
+struct ListboxModel::Cell {
+    CellText text;
+    CellTag tag;
+};
 
 ListboxModel::ListboxModel(QObject* parent) : QAbstractTableModel(parent) {}
+
+ListboxModel::~ListboxModel() = default;
 
 int ListboxModel::rowCount(const QModelIndex& parent) const
 {
@@ -49,8 +206,8 @@ Qt::ItemFlags ListboxModel::flags(const QModelIndex& index) const
 ListboxModel::Row ListboxModel::makeRow(const QString& column0) const
 {
     Row row;
-    row.texts = std::make_unique<QString[]>(size_t(columns_));
-    row.texts[0] = column0;
+    row.cells = std::make_unique<Cell[]>(size_t(columns_));
+    row.cells[0].text.assign(column0);
     return row;
 }
 
@@ -63,14 +220,9 @@ void ListboxModel::setColumns(int columns)
     beginResetModel();
     const int kept = std::min(columns, columns_);
     for (Row& row : rows_) {
-        auto texts = std::make_unique<QString[]>(size_t(columns));
-        std::move(row.texts.get(), row.texts.get() + kept, texts.get());
-        row.texts = std::move(texts);
-        if (row.tags) {
-            auto tags = std::make_unique<QVariant[]>(size_t(columns));
-            std::move(row.tags.get(), row.tags.get() + kept, tags.get());
-            row.tags = std::move(tags);
-        }
+        auto cells = std::make_unique<Cell[]>(size_t(columns));
+        std::move(row.cells.get(), row.cells.get() + kept, cells.get());
+        row.cells = std::move(cells);
         if (columns < kMaxColumns)
             row.checks &= (quint64(1) << columns) - 1;
     }
@@ -171,12 +323,22 @@ void ListboxModel::clear()
     endResetModel();
 }
 
+QString ListboxModel::text(int row, int column) const
+{
+    return rows_[size_t(row)].cells[size_t(column)].text.toString();
+}
+
+bool ListboxModel::textIs(int row, int column, const QString& text) const
+{
+    return rows_[size_t(row)].cells[size_t(column)].text.sameAs(text);
+}
+
 void ListboxModel::setText(int row, int column, const QString& text)
 {
-    QString& cell = rows_[size_t(row)].texts[size_t(column)];
-    if (cell == text)
+    CellText& cell = rows_[size_t(row)].cells[size_t(column)].text;
+    if (cell.equals(text))
         return;
-    cell = text;
+    cell.assign(text);
     noteChange(row, column);
 }
 
@@ -225,17 +387,13 @@ void ListboxModel::flushChanges()
 
 QVariant ListboxModel::tag(int row, int column) const
 {
-    const Row& r = rows_[size_t(row)];
-    return r.tags ? r.tags[size_t(column)] : QVariant();
+    return rows_[size_t(row)].cells[size_t(column)].tag.toVariant();
 }
 
 void ListboxModel::setTag(int row, int column, const QVariant& tag)
 {
     // Tags are not shown, so writing one tells no view anything.
-    Row& r = rows_[size_t(row)];
-    if (!r.tags)
-        r.tags = std::make_unique<QVariant[]>(size_t(columns_));
-    r.tags[size_t(column)] = tag;
+    rows_[size_t(row)].cells[size_t(column)].tag.assign(tag);
 }
 
 void ListboxModel::sortByColumn(int column, bool descending)
@@ -249,10 +407,10 @@ void ListboxModel::sortByColumn(int column, bool descending)
     const size_t c = size_t(column);
     if (descending)
         std::stable_sort(order.begin(), order.end(),
-                         [&](int a, int b) { return rows_[size_t(b)].texts[c] < rows_[size_t(a)].texts[c]; });
+                         [&](int a, int b) { return rows_[size_t(b)].cells[c].text.compare(rows_[size_t(a)].cells[c].text) < 0; });
     else
         std::stable_sort(order.begin(), order.end(),
-                         [&](int a, int b) { return rows_[size_t(a)].texts[c] < rows_[size_t(b)].texts[c]; });
+                         [&](int a, int b) { return rows_[size_t(a)].cells[c].text.compare(rows_[size_t(b)].cells[c].text) < 0; });
 
     emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     std::vector<int> newRowOf(n);

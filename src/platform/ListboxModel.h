@@ -7,15 +7,18 @@
 #include <memory>
 #include <vector>
 
-// The rows behind a Listbox. A row is small: its texts in one array, its ticks as bits,
-// and its tags in an array that exists only once a tag is written. Nothing here checks
-// bounds: the Listbox does that before it calls in.
+// The rows behind a Listbox. A row is small: its cells in one array, its ticks as bits.
+// A cell keeps a short Latin-1 text (a date, most names) in place and a number, a Date
+// or a FolderItem tag as its value, so that a row of the file table costs one allocation
+// besides its FolderItem; texts become QStrings and tags QVariants only when asked for.
+// Nothing here checks bounds: the Listbox does that before it calls in.
 class ListboxModel : public QAbstractTableModel {
     Q_OBJECT
 public:
     static constexpr int kMaxColumns = 64;  // ticks are bits of one word
 
     explicit ListboxModel(QObject* parent = nullptr);
+    ~ListboxModel() override;
 
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
     int columnCount(const QModelIndex& parent = QModelIndex()) const override;
@@ -43,7 +46,8 @@ public:
     void removeRows(const std::vector<int>& rows);
     void clear();
 
-    const QString& text(int row, int column) const { return rows_[size_t(row)].texts[size_t(column)]; }
+    QString text(int row, int column) const;
+    bool textIs(int row, int column, const QString& text) const;  // case ignored, as sameText
     void setText(int row, int column, const QString& text);
     bool check(int row, int column) const { return (rows_[size_t(row)].checks >> column) & 1u; }
     void setCheck(int row, int column, bool checked);
@@ -61,9 +65,9 @@ public:
     void sortByColumn(int column, bool descending);
 
 private:
+    struct Cell;  // a text and a tag
     struct Row {
-        std::unique_ptr<QString[]> texts;
-        std::unique_ptr<QVariant[]> tags;  // null until the row's first tag
+        std::unique_ptr<Cell[]> cells;
         quint64 checks = 0;
     };
     Row makeRow(const QString& column0) const;

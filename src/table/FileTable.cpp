@@ -13,7 +13,6 @@
 #include "platform/Canvas.h"
 #include "platform/Listbox.h"
 #include "platform/PictureProbe.h"
-#include "platform/Text.h"
 
 #include <QCheckBox>
 
@@ -52,9 +51,11 @@ void Window1::addFileToTable(const FolderItem& f)
 {
     if (f.isNil())
         return;
-    // Both dates come from one status call, made before there is a row.
+    // Both dates come from one status call, made before there is a row, of the file as
+    // it is opened for reading.
     QString why;
-    const std::optional<ItemStatus> status = f.Status(&why);
+    FolderItem::Opened opened = f.openForListing(&why);
+    const std::optional<ItemStatus>& status = opened.status;
     if (!status) {
         unlistedItems << why;
         return;
@@ -80,7 +81,7 @@ void Window1::addFileToTable(const FolderItem& f)
         ListBox1->setCell(curRow, column, kNoExif);
 
     // Replacing bs releases the stream of the file before; a nil stream stays in bs.
-    bs = f.OpenAsBinaryFile(false);
+    bs = std::move(opened.stream);
     if (!bs.isNil())
         getExifInfo();
     optimizeRowCheck(curRow);
@@ -90,7 +91,7 @@ void Window1::addFileToTable(const FolderItem& f)
 void Window1::optimizeRowCheck(int row)
 {
     for (int column = 1; column <= 5; ++column) {
-        const bool v = sameText(ListBox1->Cell(row, column), kNoExif) ? false : ListHeader->CellCheck(0, column);
+        const bool v = ListBox1->CellIsText(row, column, kNoExif) ? false : ListHeader->CellCheck(0, column);
         ListBox1->setCellCheck(row, column, v);
     }
 }

@@ -82,15 +82,18 @@ private slots:
     }
 
     // Many rows with few keys, so that a sort which is not stable shows it, in both
-    // directions. Each row's tag holds its first place, and its tick tells whether that
-    // place was even.
+    // directions; short Latin-1 keys among long ones and others, which the table keeps
+    // apart. Each row's tag holds its first place, and its tick tells whether that place
+    // was even.
     void sortIsStableAndMovesRowsWhole()
     {
+        const QStringList keys = {"2021-01", "Exif取得不能", "2021-00", "2021-01 and more than a cell keeps in place",
+                                  "2021-0\u00e9", "2021-0"};
         for (const int direction : {1, -1}) {
             auto lb = fileTable(true, 0);
             for (int i = 0; i < 300; ++i) {
                 lb->AddRow(QString::number(i));
-                lb->setCell(i, 2, QStringLiteral("2021-0%1").arg((i * 7) % 3));
+                lb->setCell(i, 2, keys.at((i * 7) % keys.size()));
                 lb->setCellTag(i, 6, i);
                 lb->setCellCheck(i, 3, i % 2 == 0);
             }
@@ -108,6 +111,21 @@ private slots:
             QCOMPARE(lb->CellTagAt(lb->ListIndex(), 6), qint64(150));  // the selection followed its row
             QCOMPARE(change.count(), 0);
         }
+    }
+
+    // A cell's text against others, case ignored, whether the table keeps it in place
+    // (short Latin-1) or as a string.
+    void cellIsText()
+    {
+        auto lb = fileTable();
+        const QStringList texts = {"Img_0001.jpg", "Exif取得不能", "a name longer than a cell keeps in place"};
+        for (int r = 0; r < 3; ++r)
+            lb->setCell(r, 3, texts.at(r));
+        for (int r = 0; r < 3; ++r)
+            for (int t = 0; t < 3; ++t)
+                QCOMPARE(lb->CellIsText(r, 3, texts.at(t).toUpper()), r == t);
+        QVERIFY(!lb->CellIsText(0, 3, texts.at(0).chopped(1)));
+        QVERIFY(!lb->CellIsText(3, 3, texts.at(0)));
     }
 
     // Change comes once for each change of the selected row, also when the selected row goes
