@@ -473,7 +473,7 @@ void Listbox::RemoveRows(std::vector<int> rows)
         if (first != rows.end() && *first <= bottom)
             changePending_ = true;
     }
-    changeRows([&] { model_->removeRows(rows); });
+    changeRows([&] { model_->removeRowsAt(rows); });
 }
 
 int Listbox::ListIndex() const

@@ -279,7 +279,7 @@ void ListboxModel::removeRowAt(int row)
     endRemoveRows();
 }
 
-void ListboxModel::removeRows(const std::vector<int>& rows)
+void ListboxModel::removeRowsAt(const std::vector<int>& rows)
 {
     if (rows.empty())
         return;

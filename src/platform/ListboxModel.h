@@ -43,7 +43,7 @@ public:
     void removeRowAt(int row);
     // Removes the rows named (ascending, distinct, all present) as one change of the
     // layout: persistent indexes, and so the selection, follow the rows that stay.
-    void removeRows(const std::vector<int>& rows);
+    void removeRowsAt(const std::vector<int>& rows);
     void clear();
 
     QString text(int row, int column) const;
