@@ -13,7 +13,8 @@
 #include <fcntl.h>
 #include <io.h>
 #include <sys/stat.h>
-#include <windows.h>
+
+#include "platform/WindowsFiles.h"
 #else
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -137,30 +138,7 @@ QString whyNotOpened(const QString& name, bool write, int error)
 }
 
 #if defined(_WIN32)
-// FILETIME counts 100 ns steps from 1601-01-01 UTC.
-constexpr qint64 kFileTimeEpochOffset = 11644473600LL;
-
-FileTime fromFileTime(const FILETIME& ft)
-{
-    const qint64 ticks = (qint64(ft.dwHighDateTime) << 32) | ft.dwLowDateTime;
-    return {ticks / 10000000 - kFileTimeEpochOffset, (ticks % 10000000) * 100};
-}
-
-// The errno that stands for a failed call's Windows error.
-int errnoOf(DWORD error)
-{
-    switch (error) {
-    case ERROR_FILE_NOT_FOUND:
-    case ERROR_PATH_NOT_FOUND:
-        return ENOENT;
-    case ERROR_ACCESS_DENIED:
-        return EACCES;
-    case ERROR_FILENAME_EXCED_RANGE:
-        return ENAMETOOLONG;
-    default:
-        return EIO;
-    }
-}
+using windowsFiles::errnoOf;
 
 std::optional<ItemStatus> statusOf(const QByteArray& native)
 {
@@ -169,13 +147,8 @@ std::optional<ItemStatus> statusOf(const QByteArray& native)
         errno = errnoOf(GetLastError());
         return std::nullopt;
     }
-    ItemStatus s;
-    s.kind = (a.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) ? ItemStatus::Folder : ItemStatus::RegularFile;
-    s.size = (quint64(a.nFileSizeHigh) << 32) | a.nFileSizeLow;
-    s.hasBirth = true;
-    s.birth = fromFileTime(a.ftCreationTime);
-    s.modification = fromFileTime(a.ftLastWriteTime);
-    return s;
+    return windowsFiles::statusOf(a.dwFileAttributes, a.nFileSizeHigh, a.nFileSizeLow, a.ftCreationTime,
+                                  a.ftLastWriteTime);
 }
 
 #else

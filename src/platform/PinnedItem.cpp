@@ -11,7 +11,7 @@
 #include <limits>
 
 #if defined(_WIN32)
-#include <windows.h>
+#include "platform/WindowsFiles.h"
 #else
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -29,42 +29,8 @@ constexpr int kPastEnd = -2;     // the bytes would reach beyond the end of the 
 constexpr int kNoCreationTime = -3;
 
 #if defined(_WIN32)
-// FILETIME counts 100 ns steps from 1601-01-01 UTC.
-constexpr qint64 kFileTimeEpochOffset = 11644473600LL;
-
-FILETIME toFileTime(const FileTime& t)
-{
-    // FILETIME holds 1601 to about 30828; a time outside is set to the nearest end rather
-    // than overflowing the product.
-    constexpr qint64 kMaxSeconds = std::numeric_limits<qint64>::max() / 10000000 - 1;
-    const qint64 seconds = std::clamp<qint64>(t.seconds + kFileTimeEpochOffset, 0, kMaxSeconds);
-    const qint64 ticks = seconds * 10000000 + std::clamp<qint64>(t.nanoseconds, 0, 999999999) / 100;
-    FILETIME ft;
-    ft.dwLowDateTime = DWORD(quint64(ticks) & 0xFFFFFFFF);
-    ft.dwHighDateTime = DWORD(quint64(ticks) >> 32);
-    return ft;
-}
-
-FileTime fromFileTime(const FILETIME& ft)
-{
-    const qint64 ticks = (qint64(ft.dwHighDateTime) << 32) | ft.dwLowDateTime;
-    return {ticks / 10000000 - kFileTimeEpochOffset, (ticks % 10000000) * 100};
-}
-
-int errnoOf(DWORD error)
-{
-    switch (error) {
-    case ERROR_FILE_NOT_FOUND:
-    case ERROR_PATH_NOT_FOUND: return ENOENT;
-    case ERROR_ACCESS_DENIED: return EACCES;
-    case ERROR_WRITE_PROTECT: return EROFS;
-    case ERROR_SHARING_VIOLATION:
-    case ERROR_LOCK_VIOLATION: return EBUSY;
-    case ERROR_DISK_FULL:
-    case ERROR_HANDLE_DISK_FULL: return ENOSPC;
-    default: return EIO;
-    }
-}
+using windowsFiles::errnoOf;
+using windowsFiles::toFileTime;
 
 std::wstring nativePath(const FolderItem& f)
 {
@@ -150,13 +116,8 @@ bool PinnedItem::status(ItemStatus& s)
     BY_HANDLE_FILE_INFORMATION info;
     if (!handle_ || !GetFileInformationByHandle(HANDLE(handle_), &info))
         return fail(errnoOf(GetLastError()));
-    s = ItemStatus();
-    s.kind = (info.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) ? ItemStatus::Folder : ItemStatus::RegularFile;
-    // No identity, as FolderItem::Status notes none here either.
-    s.size = (quint64(info.nFileSizeHigh) << 32) | info.nFileSizeLow;
-    s.hasBirth = true;
-    s.birth = fromFileTime(info.ftCreationTime);
-    s.modification = fromFileTime(info.ftLastWriteTime);
+    s = windowsFiles::statusOf(info.dwFileAttributes, info.nFileSizeHigh, info.nFileSizeLow, info.ftCreationTime,
+                               info.ftLastWriteTime);
     return true;
 }
 
