@@ -261,3 +261,9 @@ MovieCopies findMovieCopies(BinaryStream& s)
     }
     return out;
 }
+
+void movieLayout(BinaryStream& s, ContainerLayout& layout)
+{
+    layout.kind = ContainerLayout::Movie;
+    layout.xmp = findMovieCopies(s).xmp;
+}

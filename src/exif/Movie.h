@@ -16,6 +16,9 @@
 
 class BinaryStream;
 class Date;
+class FolderItem;
+struct Companions;
+struct Patch;
 
 // The tag of a cell that shows a movie date: where its field lies, how wide it is (4 or 8
 // bytes, big-endian) and the seconds it held when the file was listed.
@@ -76,3 +79,11 @@ struct MovieCopies {
     std::vector<Span> xmp;
 };
 MovieCopies findMovieCopies(BinaryStream& s);
+
+// The container walk's answer for a movie: its kind and its XMP packets.
+void movieLayout(BinaryStream& s, ContainerLayout& layout);
+
+// The step of findCompanions for movies: the track and media times that showed the movie
+// header's old time, and the Apple creation date and ©day texts that showed the same
+// instant, moved with it (src/exif/MovieCompanions.cpp).
+void movieCompanions(BinaryStream& file, const FolderItem& item, const std::vector<Patch>& dates, Companions& out);
