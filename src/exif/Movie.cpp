@@ -182,7 +182,8 @@ void trackCopies(BinaryStream& s, const BoxLevel& moov, const Box& trak, MovieCo
 
 bool isMovie(BinaryStream& s)
 {
-    const QByteArray head = readBounded(s, 0, 12, s.Length());
+    // A short file gives a short read: no need to ask for its length.
+    const QByteArray head = readBounded(s, 0, 12, ~quint64(0));
     if (head.size() < 8)
         return false;
     switch (bigEndian(head, 4, 4)) {
