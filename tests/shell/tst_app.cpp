@@ -16,6 +16,7 @@
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
 #include "platform/MsgBox.h"
+#include "shell/AboutWindow.h"
 #include "shell/App.h"
 #include "shell/Translations.h"
 #include "shell/Window1.h"
@@ -23,7 +24,7 @@
 
 static const char* const kSecondLaunch = "TST_APP_SECOND_LAUNCH";
 // This executable started again as the program with a photo listed: it prints what is cut
-// in the window, then the platform it came up on and the pixel ratio it is drawn at.
+// in the window, then the platform it came up on and the pixel ratio its icon is drawn at.
 static const char* const kShow = "TST_APP_SHOW";
 
 namespace {
@@ -197,8 +198,8 @@ private slots:
 
     // The program comes up natively in a desktop session of either kind (a headless Wayland
     // compositor, an X server: the session says what it is and names no platform), and at
-    // each scale factor, in Japanese too, with every caption, heading and date whole, drawn
-    // at the screen's full resolution. "$0" is the program, a shell runs the line.
+    // each scale factor, in Japanese too, with every caption, heading and date whole and its
+    // icon drawn for the screen's pixels. "$0" is the program, a shell runs the line.
     void platforms_data()
     {
         QTest::addColumn<QString>("session");
@@ -281,7 +282,7 @@ int main(int argc, char** argv)
             return 2;
         for (const QString& line : cutTexts(w))
             puts(qPrintable(line));
-        printf("%s at %g\n", qPrintable(QGuiApplication::platformName()), w->grab().devicePixelRatio());
+        printf("%s at %g\n", qPrintable(QGuiApplication::platformName()), vlk_Icon_BigSur_128().devicePixelRatio());
         return 0;
     }
     TestApp test;
