@@ -36,6 +36,7 @@ std::optional<Date> askDateTime(QWidget* parent, const QString& title, const QSt
 
     QDialog dialog(parent);
     dialog.setWindowTitle(title);
+    dialog.setMinimumWidth(400);  // the question in a few lines, not a column
     auto* label = new QLabel(text, &dialog);
     label->setWordWrap(true);
     auto* field = new QDateTimeEdit(&dialog);

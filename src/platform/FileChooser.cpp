@@ -3,6 +3,7 @@
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QTimer>
 
 #include <algorithm>
@@ -17,9 +18,9 @@ FileChooser& chooser()
 }
 
 // Qt's own dialog takes only files in this mode: Open on a folder goes into it. Once its
-// widgets stand, its Open takes what is selected as it is, folders included, when every
-// item is there (a double click still goes into a folder). A desktop's dialog has no such
-// widgets and is left alone.
+// widgets stand, its Open takes what is selected in the list as it is, folders included,
+// when every item is there; a double click, or a folder's name typed, still goes into the
+// folder. A desktop's dialog has no such widgets and is left alone.
 void takeFoldersToo(QFileDialog& dialog)
 {
     auto* buttons = dialog.findChild<QDialogButtonBox*>();
@@ -29,7 +30,11 @@ void takeFoldersToo(QFileDialog& dialog)
     QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, [&dialog] {
         QDialog& asDialog = dialog;  // QFileDialog keeps these two protected
         const QStringList chosen = dialog.selectedFiles();
-        if (!chosen.isEmpty() &&
+        // A folder's name typed and confirmed still goes into it.
+        const auto* typed = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        const QString name = typed ? typed->text().trimmed() : QString();
+        const bool typedFolder = !name.isEmpty() && QFileInfo(dialog.directory().absoluteFilePath(name)).isDir();
+        if (!typedFolder && !chosen.isEmpty() &&
             std::all_of(chosen.begin(), chosen.end(), [](const QString& p) { return QFileInfo::exists(p); }))
             asDialog.done(QDialog::Accepted);
         else
