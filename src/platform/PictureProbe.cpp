@@ -2,6 +2,7 @@
 
 #include "platform/BinaryStream.h"
 #include "platform/FolderItem.h"
+#include "platform/PictureKind.h"
 
 #include <QImageReader>
 #include <QIODevice>
@@ -90,6 +91,15 @@ Jpeg jpegHeader(BinaryStream& s)
     return Jpeg::NoPicture;
 }
 
+// A HEIF or AVIF file counts by its ftyp box, complete, and a box after it (the one that
+// describes the pictures); its pictures are not looked into.
+bool heifHeader(BinaryStream& s, QByteArrayView head)
+{
+    const quint64 ftyp = quint64(quint8(head[0])) << 24 | quint8(head[1]) << 16 | quint8(head[2]) << 8 | quint8(head[3]);
+    const quint64 length = s.Length();
+    return ftyp >= 16 && length >= ftyp && length - ftyp >= 8;
+}
+
 bool jpegPluginPresent()
 {
     static const bool present = QImageReader::supportedImageFormats().contains("jpeg");
@@ -103,6 +113,21 @@ bool givesPicture(const FolderItem& f)
     const Handle<BinaryStream> stream = f.OpenAsBinaryFile(false);
     if (stream.isNil())
         return false;
+    // Still pictures that the image plugins don't know, and films, which they don't either
+    // but which are never pictures here.
+    stream->setPosition(0);
+    const QByteArray head = stream->ReadView(pictureHeadBytes).toByteArray();
+    switch (pictureKind(head)) {
+    case PictureKind::Heif:
+        return heifHeader(*stream, head);
+    case PictureKind::Raw:
+        return true;
+    case PictureKind::Movie:
+        return false;
+    case PictureKind::Tiff:
+    case PictureKind::Other:
+        break;
+    }
     if (jpegPluginPresent()) {
         const Jpeg jpeg = jpegHeader(*stream);
         if (jpeg != Jpeg::NotJpeg)
