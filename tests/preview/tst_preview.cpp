@@ -122,8 +122,7 @@ private slots:
         QTest::newRow("width truncated, sets the scale") << redPicture({3, 400}) << 1 << QRectF(99.5, 33.3, 1, 133.3);
         QTest::newRow("one pixel wide draws nothing") << redPicture({1, 4000}) << 1 << QRectF();
         QTest::newRow("tiff") << redPicture({64, 48}, "TIFF") << 64 << QRectF(0, 25, 200, 150);
-        QImage red(1600, 1200, QImage::Format_RGB32);
-        red.fill(Qt::red);
+        const QImage red = QImage::fromData(redPicture({1600, 1200}));
         QTest::newRow("heic by its thumbnail") << heifEncoded(red, {"-q", "90", "-t", "320"}) << 320 << QRectF(0, 25, 200, 150);
         QTest::newRow("truncated jpeg") << jpeg.left(jpeg.size() / 2) << 0 << QRectF();
         QTest::newRow("jpeg header only") << jpeg.left(300) << -1 << QRectF();
