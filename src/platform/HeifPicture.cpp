@@ -47,6 +47,11 @@ QSize codedSize(const heif_image_handle* h)
     return QSize(heif_image_handle_get_ispe_width(h), heif_image_handle_get_ispe_height(h));
 }
 
+bool decodable(QSize size)
+{
+    return !size.isEmpty() && qint64(size.width()) * size.height() <= kMostPixels;
+}
+
 // The smallest thumbnail whose sides both reach `least`, or none.
 ImageHandle thumbnailCovering(const heif_image_handle* primary, QSize least)
 {
@@ -59,7 +64,7 @@ ImageHandle thumbnailCovering(const heif_image_handle* primary, QSize least)
             continue;
         ImageHandle thumb(h);
         const QSize size = codedSize(h);
-        if (size.width() >= least.width() && size.height() >= least.height()
+        if (decodable(size) && size.width() >= least.width() && size.height() >= least.height()
             && (!best || size.width() < codedSize(best.get()).width()))
             best = std::move(thumb);
     }
@@ -101,7 +106,7 @@ ScaledPicture openHeifPicture(QIODevice& file, QSize box)
         return result;
     const ImageHandle primary(h);
     const QSize full = codedSize(h);
-    if (full.isEmpty() || qint64(full.width()) * full.height() > kMostPixels)
+    if (!decodable(full))
         return result;
 
     const QSize least = full.scaled(box.expandedTo(QSize(1, 1)), Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
@@ -111,7 +116,9 @@ ScaledPicture openHeifPicture(QIODevice& file, QSize box)
         // Only the picture fitted into the box is kept, not the full decode.
         const QImage image = decoded(h);
         if (!image.isNull())
-            result.image = image.size().width() > least.width() ? image.scaled(least, Qt::IgnoreAspectRatio, Qt::SmoothTransformation) : image;
+            result.image = image.width() > least.width()
+                               ? image.scaled(least, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                               : image;
     }
     if (!result.image.isNull())
         result.fullSize = full;
