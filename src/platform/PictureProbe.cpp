@@ -3,11 +3,13 @@
 #include "platform/BinaryStream.h"
 #include "platform/FolderItem.h"
 #include "platform/PictureKind.h"
+#include "platform/RawPreview.h"
 
 #include <QImageReader>
 #include <QIODevice>
 
 #include <cstring>
+#include <memory>
 
 namespace {
 
@@ -100,6 +102,19 @@ bool heifHeader(BinaryStream& s, QByteArrayView head)
     return ftyp >= 16 && length >= ftyp && length - ftyp >= 8;
 }
 
+// The format comes from the content, whatever the name says.
+bool pluginReads(QIODevice& device)
+{
+    QImageReader reader(&device);
+    reader.setDecideFormatFromContent(true);
+    if (!reader.canRead())
+        return false;
+    // The few formats whose plugin can't tell a size without decoding are decoded.
+    if (!reader.supportsOption(QImageIOHandler::Size))
+        return !reader.read().isNull();
+    return !reader.size().isEmpty();
+}
+
 bool jpegPluginPresent()
 {
     static const bool present = QImageReader::supportedImageFormats().contains("jpeg");
@@ -134,13 +149,13 @@ bool givesPicture(const FolderItem& f)
             return jpeg == Jpeg::Picture;
     }
     StreamDevice device(*stream);
-    // The format comes from the content, whatever the name says.
-    QImageReader reader(&device);
-    reader.setDecideFormatFromContent(true);
-    if (!reader.canRead())
+    if (pluginReads(device))
+        return true;
+    // A raw file built on TIFF whose first directory the TIFF plugin can't take is still
+    // a picture where it keeps a camera preview, as the preview pane shows it.
+    if (pictureKind(head) != PictureKind::Tiff)
         return false;
-    // The few formats whose plugin can't tell a size without decoding are decoded.
-    if (!reader.supportsOption(QImageIOHandler::Size))
-        return !reader.read().isNull();
-    return !reader.size().isEmpty();
+    const std::unique_ptr<QIODevice> file = f.openDevice();
+    const auto* opened = qobject_cast<const QFileDevice*>(file.get());
+    return opened && hasRawPreview(*opened);
 }

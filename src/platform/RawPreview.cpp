@@ -24,18 +24,30 @@ QByteArray pathOf(const QFileDevice& file)
     return QFile::encodeName(file.fileName());
 }
 
+// The file opened by LibRaw, its directories read; null where it is no raw file LibRaw knows.
+Raw opened(const QFileDevice& file)
+{
+    // No messages to stderr about the files it can't read: such a file just shows nothing.
+    Raw raw(libraw_init(LIBRAW_OPIONS_NO_MEMERR_CALLBACK | LIBRAW_OPIONS_NO_DATAERR_CALLBACK));
+    const QByteArray path = pathOf(file);
+    if (!raw || path.isEmpty() || libraw_open_file(raw.get(), path.constData()) != LIBRAW_SUCCESS)
+        return nullptr;
+    return raw;
+}
+
 }  // namespace
+
+bool hasRawPreview(const QFileDevice& file)
+{
+    const Raw raw = opened(file);
+    return raw && raw->thumbnail.tlength > 0;
+}
 
 RawPreview rawPreview(const QFileDevice& file)
 {
     RawPreview result;
-    // No messages to stderr about the files it can't read: such a file just shows nothing.
-    const Raw raw(libraw_init(LIBRAW_OPIONS_NO_MEMERR_CALLBACK | LIBRAW_OPIONS_NO_DATAERR_CALLBACK));
-    if (!raw)
-        return result;
-    const QByteArray path = pathOf(file);
-    if (path.isEmpty() || libraw_open_file(raw.get(), path.constData()) != LIBRAW_SUCCESS
-        || libraw_unpack_thumb(raw.get()) != LIBRAW_SUCCESS)
+    const Raw raw = opened(file);
+    if (!raw || libraw_unpack_thumb(raw.get()) != LIBRAW_SUCCESS)
         return result;
     int error = LIBRAW_SUCCESS;
     const Processed thumb(libraw_dcraw_make_mem_thumb(raw.get(), &error));

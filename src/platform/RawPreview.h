@@ -17,3 +17,7 @@ struct RawPreview {
 // `file` is an open file; LibRaw reads the very file it is (not the path again, which
 // may have been replaced since).
 RawPreview rawPreview(const QFileDevice& file);
+
+// Whether the file is a raw file that keeps such a picture, from its directories alone
+// (the preview is not read).
+bool hasRawPreview(const QFileDevice& file);
