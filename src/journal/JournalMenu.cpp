@@ -1,0 +1,167 @@
+// The way back from a run: Undo Last Run and Run History in the File menu, and the choice
+// offered for a run that did not end, at start or when it stopped part-way.
+
+#include <QAction>
+#include <QHash>
+#include <QLocale>
+#include <QMenu>
+
+#include "journal/Journal.h"
+#include "journal/Rollback.h"
+#include "journal/RunChoice.h"
+#include "platform/HandlerGuard.h"
+#include "platform/Listbox.h"
+#include "platform/MsgBox.h"
+#include "shell/MenuBar1.h"
+#include "shell/Window1.h"
+
+namespace {
+
+constexpr int kOkCancelQuestion = 33;
+constexpr int kNote = 64;
+constexpr int kCaution = 48;
+
+// The File menu's item, made where the menu bar has none yet.
+QAction* fileItem(const char* name, const QString& caption, const QKeySequence& shortcut)
+{
+    MenuBar1* bar = MenuBar1::instance();
+    if (QAction* a = bar->lookup(QString::fromLatin1(name)))
+        return a;
+    QAction* menuAction = bar->lookup(QStringLiteral("FileMenu"));
+    QMenu* menu = menuAction ? menuAction->menu() : nullptr;
+    if (!menu) {
+        menu = new QMenu(textById("Journal.fileMenu", "File"), bar);
+        menu->setObjectName(QStringLiteral("FileMenu"));
+        menu->menuAction()->setObjectName(QStringLiteral("FileMenu"));
+        bar->insertMenu(bar->actions().value(0), menu);
+    }
+    auto* a = new QAction(caption, menu);
+    a->setObjectName(QString::fromLatin1(name));
+    a->setShortcut(shortcut);
+    menu->addAction(a);
+    return a;
+}
+
+}  // namespace
+
+QString describeRun(const JournalRun& run)
+{
+    const QLocale l;
+    return textById("Journal.runOf", "the run of %1 on %2 files")
+        .arg(l.toString(QDateTime::fromMSecsSinceEpoch(run.started), QStringLiteral("d MMM HH:mm")),
+             l.toString(qlonglong(run.files.size())));
+}
+
+void Window1::bindJournalHandlers()
+{
+    QAction* undo = fileItem("FileUndoLastRun", textById("Journal.undoLastRun", "Undo Last Run"),
+                             QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_Z));
+    QAction* history = fileItem("FileRunHistory", textById("Journal.runHistory", "Run History…"), {});
+    for (QAction* a : {undo, history})
+        a->setVisible(true);
+    connect(undo, &QAction::triggered, this, [this] { guard("undo the last run", [this] { FileUndoLastRun_Action(); }); });
+    connect(history, &QAction::triggered, this,
+            [this] { guard("show the run history", [this] { FileRunHistory_Action(); }); });
+}
+
+void Window1::FileUndoLastRun_Action()
+{
+    for (const JournalEntry& e : Journal::runs()) {
+        if (e.run && e.run->state == JournalRun::Undone)
+            continue;
+        if (!e.run)
+            throw std::runtime_error(textById("Journal.unreadable", "The journal of the last run, “%1”, cannot be read: %2.")
+                                         .arg(e.fileName, e.why)
+                                         .toStdString());
+        const JournalRun& run = *e.run;
+        const QString what = describeRun(run);
+        if (MsgBox(textById("Journal.undoQuestion", "Undo %1?").arg(what), kOkCancelQuestion, QString(),
+                   textById("Journal.offsetWas", "Its offset was %1.").arg(run.offset))
+            != 1)
+            return;
+        settleRun(e.fileName, run, RunChoice::UndoDone);
+        return;
+    }
+    MsgBox(textById("Journal.nothingToUndo", "There is no run to undo."), kNote);
+}
+
+void Window1::recoverInterruptedRuns()
+{
+    for (const JournalEntry& e : Journal::runs()) {
+        if (!e.run) {
+            MsgBox(textById("Journal.unreadableAtStart", "The journal of a run, “%1”, cannot be read: %2.")
+                       .arg(e.fileName, e.why),
+                   kCaution);
+            continue;
+        }
+        if (e.run->state == JournalRun::Interrupted && !e.run->left)
+            offerRunChoices(e.fileName, *e.run, QString());
+    }
+}
+
+void Window1::offerRunChoices(const QString& fileName, const JournalRun& run, const QString& stopped)
+{
+    const RunCheck c = checkRun(run, RunDirection::Back);
+    const QString text = textById("Journal.interrupted", "%1 was interrupted; %2 files were changed.")
+                             .arg(describeRun(run), QLocale().toString(c.changedFiles));
+    QString first = text;
+    first[0] = first[0].toUpper();
+    settleRun(fileName, run, askRunChoice(first, stopped));
+}
+
+void Window1::settleRun(const QString& fileName, const JournalRun& run, RunChoice choice)
+{
+    QString why;
+    if (choice == RunChoice::Leave) {
+        if (!Journal::mark(fileName, JournalRun::Interrupted, true, &why))
+            MsgBox(why, kCaution);
+        return;
+    }
+    const RunDirection d = choice == RunChoice::UndoDone ? RunDirection::Back : RunDirection::Forward;
+    const RunCheck c = checkRun(run, d);
+    if (!c.problems.isEmpty()) {
+        MsgBox(textById("Journal.refused", "Nothing has been written: these files no longer hold what the run left."),
+               kCaution, QString(), listLines(c.problems));
+        return;
+    }
+    const QStringList failed = applyRun(run, d);
+    showRunInTable(run);
+    if (!failed.isEmpty()) {
+        MsgBox(textById("Journal.partly", "Not every file could be put back or forward; these were not:"), kCaution,
+               QString(), listLines(failed));
+        return;
+    }
+    if (!Journal::mark(fileName, d == RunDirection::Back ? JournalRun::Undone : JournalRun::Done, false, &why))
+        MsgBox(why, kCaution);
+    MsgBox(d == RunDirection::Back
+               ? textById("Journal.undone", "Every file of %1 is as it was before it.").arg(describeRun(run))
+               : textById("Journal.finished", "%1 has been finished.").arg(describeRun(run)),
+           kNote);
+}
+
+// The rows of the run's files show what the files hold now: the dates at the run's places
+// and the file dates.
+void Window1::showRunInTable(const JournalRun& run)
+{
+    QHash<QByteArray, const JournalFile*> byPath;
+    for (const JournalFile& f : run.files)
+        byPath.insert(f.path, &f);
+    for (int row = 0; row < ListBox1->ListCount(); ++row) {
+        const FolderItem item = ListBox1->CellTag(row, 0).value<FolderItem>();
+        const JournalFile* f = item.isNil() ? nullptr : byPath.value(item.nativePath());
+        if (!f)
+            continue;
+        QString why;
+        if (const std::optional<ItemStatus> s = item.Status(&why)) {
+            ListBox1->setCell(row, 1, s->creationDate().SQLDateTime());
+            ListBox1->setCell(row, 2, s->modificationDate().SQLDateTime());
+        }
+        Handle<BinaryStream> in = item.OpenAsBinaryFile(false);
+        for (const Patch& p : f->patches) {
+            if (in.isNil() || p.column < 3 || p.column > 5 || !p.what.isEmpty())
+                continue;
+            in->setPosition(p.position);
+            ListBox1->setCell(row, p.column, QString::fromLatin1(in->Read(p.after.size())));
+        }
+    }
+}
