@@ -232,6 +232,8 @@ std::optional<JournalRun> decodeJournal(const QByteArray& bytes, QString* why)
     Reader header(bytes.constData() + 4, 4);
     if (header.number<quint16>() > kVersion)
         return fail("Journal.newer", "it was written by a newer version of this program");
+    if (header.number<quint16>() != 0)
+        return fail("Journal.corrupt", "its contents are damaged");
     JournalRun run;
     bool planned = false;
     for (qsizetype at = kHeaderSize; at < bytes.size();) {

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <vector>
@@ -51,3 +52,18 @@ RunPlan planRun(Window1& w, int count);
 void findCompanions(RunPlan& plan);
 // The confirmation's smaller text: what the run will do.
 QString summaryOf(const RunPlan& plan);
+
+struct JournalRun;
+// The run as the journal keeps it, with each file's status as it is now; nothing, with
+// why, where a file gives none.
+std::optional<JournalRun> journalOf(Window1& w, const RunPlan& plan, QString* why);
+
+// Tests stop a run part-way: before each row (counted from 0) the fault is asked; a reason
+// stops the run there as a failed write would, and what it throws ends the run as a crash
+// would, without its closing record.
+using RunFault = std::function<QString(int index)>;
+void setRunFault(RunFault fault);
+QString runFault(int index);
+// Benchmarks time the run without its journal too, beside the run with it.
+void setRunJournalled(bool on);
+bool runJournalled();
