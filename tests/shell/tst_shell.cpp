@@ -157,7 +157,7 @@ private slots:
             items << nameOf(a) + ' ' + (a->isSeparator() ? "-" : a->text() + ' ' + a->shortcut().toString()) +
                          (role == QAction::QuitRole ? " quit" : role == QAction::AboutRole ? " about" : "");
         }
-        QCOMPARE(items, (QStringList{"FileQuit Quit Ctrl+Q quit", "EditMenu(0) Edit ", "EditUndo Undo Ctrl+Z",
+        QCOMPARE(items, (QStringList{"FileMenu File ", "FileQuit Quit Ctrl+Q quit", "EditMenu(0) Edit ", "EditUndo Undo Ctrl+Z",
                                      "EditRedo Redo Ctrl+Shift+Z", "UntitledSeparator(1) -", "EditCut Cut Ctrl+X",
                                      "EditCopy Copy Ctrl+C", "EditPaste Paste Ctrl+V", "EditClear Clear ",
                                      "UntitledSeparator(2) -", "AppleAbout About This App  about"}));
