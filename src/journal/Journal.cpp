@@ -187,15 +187,27 @@ std::vector<JournalEntry> Journal::runs()
         JournalEntry e;
         e.fileName = dir + QLatin1Char('/') + name;
         QFile f(e.fileName);
-        // A plan holds some hundreds of bytes a file: a journal far beyond that is no plan.
-        constexpr qint64 kLargest = qint64(1) << 31;
-        if (!f.open(QIODevice::ReadOnly))
-            e.why = f.errorString();
-        else if (f.size() > kLargest)
-            e.why = textById("Journal.corrupt", "its contents are damaged");
+        if (f.open(QIODevice::ReadOnly))
+            e.run = readJournalSummary(f, &e.why);
         else
-            e.run = decodeJournal(f.readAll(), &e.why);
+            e.why = f.errorString();
         out.push_back(std::move(e));
     }
     return out;
+}
+
+JournalEntry Journal::read(const QString& fileName)
+{
+    JournalEntry e;
+    e.fileName = fileName;
+    QFile f(fileName);
+    // A plan holds some hundreds of bytes a file: a journal far beyond that is no plan.
+    constexpr qint64 kLargest = qint64(1) << 31;
+    if (!f.open(QIODevice::ReadOnly))
+        e.why = f.errorString();
+    else if (f.size() > kLargest)
+        e.why = textById("Journal.corrupt", "its contents are damaged");
+    else
+        e.run = decodeJournal(f.readAll(), &e.why);
+    return e;
 }

@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 #include <QDateTime>
+#include <QIODevice>
 #include <QString>
 #include <QStringList>
 
@@ -33,7 +34,8 @@ struct JournalRun {
     qint64 started = 0;  // ms since the epoch
     QString offset;      // as the window showed it
     int dates = 0;       // the dates the run changes
-    std::vector<JournalFile> files;
+    qint64 fileCount = 0;
+    std::vector<JournalFile> files;  // empty in a summary
 
     State state = Interrupted;
     bool left = false;  // interrupted, and the user chose to leave it so
@@ -43,11 +45,13 @@ struct JournalRun {
 // bytes claim and never throws; a cut, corrupt or newer journal gives nothing and why.
 QByteArray encodePlan(const JournalRun& run);
 std::optional<JournalRun> decodeJournal(const QByteArray& bytes, QString* why);
+// The run's time, counts, offset and state, without its files; the plan is not checked.
+std::optional<JournalRun> readJournalSummary(QIODevice& in, QString* why);
 
 // A run in the journal folder.
 struct JournalEntry {
     QString fileName;          // its file, in journalFolder()
-    std::optional<JournalRun> run;  // nothing where the journal cannot be read
+    std::optional<JournalRun> run;  // its summary; nothing where the journal cannot be read
     QString why;               // then why
 };
 
@@ -64,8 +68,10 @@ public:
     bool close(QString* why);
     const QString& fileName() const { return fileName_; }
 
-    // The kept runs, newest first.
+    // The kept runs, newest first, as summaries.
     static std::vector<JournalEntry> runs();
+    // The whole run in that file, its files and changes checked.
+    static JournalEntry read(const QString& fileName);
     // Appends a record to the run in that file: its state, or that it was left interrupted.
     static bool mark(const QString& fileName, JournalRun::State state, bool left, QString* why);
 

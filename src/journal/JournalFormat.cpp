@@ -19,6 +19,9 @@
 
 #include <QtEndian>
 
+#include <QIODevice>
+
+#include <algorithm>
 #include <array>
 
 #include "platform/TextId.h"
@@ -152,6 +155,7 @@ bool decodePlan(Reader r, JournalRun& run)
     run.dates = int(r.number<quint32>());
     run.offset = QString::fromUtf8(r.bytes());
     const quint32 files = r.number<quint32>();
+    run.fileCount = files;
     run.files.reserve(std::min<quint64>(files, quint64(r.left()) / 70));
     for (quint32 i = 0; i < files && r.ok; ++i) {
         run.files.emplace_back();
@@ -220,52 +224,93 @@ QByteArray encodePlan(const JournalRun& run)
     return file + header.out + journalRecord(PlanRecord, w.out);
 }
 
-std::optional<JournalRun> decodeJournal(const QByteArray& bytes, QString* why)
+namespace {
+
+std::nullopt_t fail(QString* why, const char* id, const char* text)
 {
-    auto fail = [why](const char* id, const char* text) {
-        if (why)
-            *why = textById(id, text);
-        return std::nullopt;
-    };
+    if (why)
+        *why = textById(id, text);
+    return std::nullopt;
+}
+
+bool headerHolds(const QByteArray& bytes, QString* why)
+{
     if (bytes.size() < kHeaderSize || !bytes.startsWith(QByteArrayView(kMagic, 4)))
-        return fail("Journal.notJournal", "it is not a journal of this program");
+        return fail(why, "Journal.notJournal", "it is not a journal of this program"), false;
     Reader header(bytes.constData() + 4, 4);
     if (header.number<quint16>() > kVersion)
-        return fail("Journal.newer", "it was written by a newer version of this program");
+        return fail(why, "Journal.newer", "it was written by a newer version of this program"), false;
     if (header.number<quint16>() != 0)
-        return fail("Journal.corrupt", "its contents are damaged");
-    JournalRun run;
-    bool planned = false;
-    for (qsizetype at = kHeaderSize; at < bytes.size();) {
-        Reader frame(bytes.constData() + at, bytes.size() - at);
+        return fail(why, "Journal.corrupt", "its contents are damaged"), false;
+    return true;
+}
+
+// The records after the plan, each checked by its CRC; one cut or damaged while it was
+// appended ends them, and the run stands as it was before it.
+void readRecords(const char* data, qsizetype size, JournalRun& run)
+{
+    for (qsizetype at = 0; at < size;) {
+        Reader frame(data + at, size - at);
         const quint8 kind = frame.number<quint8>();
         const quint32 n = frame.number<quint32>();
-        if (!frame.ok || quint64(n) + 4 > quint64(frame.left())) {
-            if (!planned)
-                return fail("Journal.cut", "it is cut short");
-            break;  // a record cut while it was appended: the run stands as before it
-        }
-        const char* payload = bytes.constData() + at + 5;
-        Reader tail(payload + n, 4);
-        if (tail.number<quint32>() != crc32(bytes.constData() + at, 5 + qsizetype(n))) {
-            if (!planned)
-                return fail("Journal.corrupt", "its contents are damaged");
-            break;
-        }
-        if (!planned) {
-            if (kind != PlanRecord || !decodePlan(Reader(payload, n), run))
-                return fail("Journal.corrupt", "its contents are damaged");
-            planned = true;
-        } else if (kind == DoneRecord) {
+        if (!frame.ok || quint64(n) + 4 > quint64(frame.left()))
+            return;
+        Reader tail(data + at + 5 + n, 4);
+        if (tail.number<quint32>() != crc32(data + at, 5 + qsizetype(n)))
+            return;
+        if (kind == DoneRecord)
             run.state = JournalRun::Done;
-        } else if (kind == UndoneRecord) {
+        else if (kind == UndoneRecord)
             run.state = JournalRun::Undone;
-        } else if (kind == LeftRecord) {
+        else if (kind == LeftRecord)
             run.left = true;
-        }
         at += kRecordFrame + qsizetype(n);
     }
-    if (!planned)
-        return fail("Journal.cut", "it is cut short");
+}
+
+}  // namespace
+
+std::optional<JournalRun> decodeJournal(const QByteArray& bytes, QString* why)
+{
+    if (!headerHolds(bytes, why))
+        return std::nullopt;
+    Reader frame(bytes.constData() + kHeaderSize, bytes.size() - kHeaderSize);
+    const quint8 kind = frame.number<quint8>();
+    const quint32 n = frame.number<quint32>();
+    if (!frame.ok || quint64(n) + 4 > quint64(frame.left()))
+        return fail(why, "Journal.cut", "it is cut short");
+    const char* record = bytes.constData() + kHeaderSize;
+    Reader crc(record + 5 + n, 4);
+    JournalRun run;
+    if (kind != PlanRecord || crc.number<quint32>() != crc32(record, 5 + qsizetype(n))
+        || !decodePlan(Reader(record + 5, n), run))
+        return fail(why, "Journal.corrupt", "its contents are damaged");
+    const qsizetype planEnd = kHeaderSize + kRecordFrame + qsizetype(n);
+    readRecords(bytes.constData() + planEnd, bytes.size() - planEnd, run);
+    return run;
+}
+
+std::optional<JournalRun> readJournalSummary(QIODevice& in, QString* why)
+{
+    const QByteArray head = in.read(kHeaderSize + 5);
+    if (!headerHolds(head, why))
+        return std::nullopt;
+    Reader frame(head.constData() + kHeaderSize, head.size() - kHeaderSize);
+    const quint8 kind = frame.number<quint8>();
+    const qint64 planEnd = kHeaderSize + kRecordFrame + qint64(frame.number<quint32>());
+    if (!frame.ok || in.size() < planEnd)
+        return fail(why, "Journal.cut", "it is cut short");
+    // The plan's first fields: the run's time, its counts and its offset.
+    const QByteArray start = in.read(std::min<qint64>(planEnd - kRecordFrame - kHeaderSize, 65536));
+    Reader r(start.constData(), start.size());
+    JournalRun run;
+    run.started = r.number<qint64>();
+    run.dates = int(r.number<quint32>());
+    run.offset = QString::fromUtf8(r.bytes());
+    run.fileCount = r.number<quint32>();
+    if (kind != PlanRecord || !r.ok || !in.seek(planEnd))
+        return fail(why, "Journal.corrupt", "its contents are damaged");
+    const QByteArray records = in.read(1 << 20);
+    readRecords(records.constData(), records.size(), run);
     return run;
 }

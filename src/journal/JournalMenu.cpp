@@ -49,7 +49,7 @@ QString describeRun(const JournalRun& run)
     const QLocale l;
     return textById("Journal.runOf", "the run of %1 on %2 files")
         .arg(l.toString(QDateTime::fromMSecsSinceEpoch(run.started), QStringLiteral("d MMM HH:mm")),
-             l.toString(qlonglong(run.files.size())));
+             l.toString(run.fileCount));
 }
 
 void Window1::bindJournalHandlers()
@@ -64,18 +64,23 @@ void Window1::bindJournalHandlers()
             [this] { guard("show the run history", [this] { FileRunHistory_Action(); }); });
 }
 
+// The whole run of a kept journal; throws, naming the journal, where it cannot be read.
+static JournalRun wholeRun(const QString& fileName, const char* id, const char* text)
+{
+    const JournalEntry e = Journal::read(fileName);
+    if (!e.run)
+        throw std::runtime_error(textById(id, text).arg(e.fileName, e.why).toStdString());
+    return *e.run;
+}
+
 void Window1::FileUndoLastRun_Action()
 {
     for (const JournalEntry& e : Journal::runs()) {
         if (e.run && e.run->state == JournalRun::Undone)
             continue;
-        if (!e.run)
-            throw std::runtime_error(textById("Journal.unreadable", "The journal of the last run, “%1”, cannot be read: %2.")
-                                         .arg(e.fileName, e.why)
-                                         .toStdString());
-        const JournalRun& run = *e.run;
-        const QString what = describeRun(run);
-        if (MsgBox(textById("Journal.undoQuestion", "Undo %1?").arg(what), kOkCancelQuestion, QString(),
+        const JournalRun run = wholeRun(e.fileName, "Journal.unreadable",
+                                        "The journal of the last run, “%1”, cannot be read: %2.");
+        if (MsgBox(textById("Journal.undoQuestion", "Undo %1?").arg(describeRun(run)), kOkCancelQuestion, QString(),
                    textById("Journal.offsetWas", "Its offset was %1.").arg(run.offset))
             != 1)
             return;
@@ -88,14 +93,15 @@ void Window1::FileUndoLastRun_Action()
 void Window1::recoverInterruptedRuns()
 {
     for (const JournalEntry& e : Journal::runs()) {
-        if (!e.run) {
-            MsgBox(textById("Journal.unreadableAtStart", "The journal of a run, “%1”, cannot be read: %2.")
-                       .arg(e.fileName, e.why),
-                   kCaution);
+        if (e.run && (e.run->state != JournalRun::Interrupted || e.run->left))
             continue;
-        }
-        if (e.run->state == JournalRun::Interrupted && !e.run->left)
-            offerRunChoices(e.fileName, *e.run, QString());
+        const JournalEntry whole = Journal::read(e.fileName);
+        if (whole.run)
+            offerRunChoices(e.fileName, *whole.run, QString());
+        else
+            MsgBox(textById("Journal.unreadableAtStart", "The journal of a run, “%1”, cannot be read: %2.")
+                       .arg(whole.fileName, whole.why),
+                   kCaution);
     }
 }
 

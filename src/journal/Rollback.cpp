@@ -42,7 +42,8 @@ bool openChecked(const JournalFile& f, PinnedItem& item, QStringList& problems)
         problems << textById("Journal.fileWhy", "%1: %2.").arg(nameOf(f), item.why());
         return false;
     }
-    if (now.device != f.device || now.inode != f.inode || now.size != f.size) {
+    // A folder's size follows its entries: only a file's is compared.
+    if (now.device != f.device || now.inode != f.inode || (!f.patches.empty() && now.size != f.size)) {
         problems << textById("Journal.notSameFile",
                              "%1: it is no longer the file the run wrote (replaced, or its size has changed).")
                         .arg(nameOf(f));

@@ -49,7 +49,7 @@ QDialog* Window1::makeRunHistory()
         QStringList cells;
         if (e.run)
             cells << l.toString(QDateTime::fromMSecsSinceEpoch(e.run->started), QLocale::ShortFormat)
-                  << l.toString(qlonglong(e.run->files.size())) << l.toString(e.run->dates) << e.run->offset
+                  << l.toString(e.run->fileCount) << l.toString(e.run->dates) << e.run->offset
                   << stateOf(*e.run);
         else
             cells << QFileInfo(e.fileName).fileName() << QString() << QString() << QString()

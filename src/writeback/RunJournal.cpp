@@ -101,5 +101,6 @@ std::optional<JournalRun> journalOf(Window1& w, const RunPlan& plan, QString* wh
                     return std::nullopt;
             }
     }
+    run.fileCount = qint64(run.files.size());
     return run;
 }
