@@ -132,6 +132,7 @@ void Window1::settleRun(const QString& fileName, const JournalRun& run, RunChoic
     }
     const QStringList failed = applyRun(run, d);
     showRunInTable(run);
+    changeAimValue();
     if (!failed.isEmpty()) {
         MsgBox(textById("Journal.partly", "Not every file could be put back or forward; these were not:"), kCaution,
                QString(), listLines(failed));
