@@ -35,27 +35,39 @@ constexpr qsizetype kRecordFrame = 9;  // kind, length, CRC
 enum Kind : quint8 { PlanRecord = 1, DoneRecord = 2, UndoneRecord = 3, LeftRecord = 4 };
 constexpr quint8 kBirth = 1, kModificationAfter = 2, kCreationAfter = 4;
 
-const std::array<quint32, 256>& crcTable()
+// CRC-32 (the polynomial of zlib and PNG), eight bytes a step: the plan of a large run
+// is tens of megabytes.
+using CrcTables = std::array<std::array<quint32, 256>, 8>;
+const CrcTables& crcTables()
 {
-    static const std::array<quint32, 256> table = [] {
-        std::array<quint32, 256> t{};
+    static const CrcTables tables = [] {
+        CrcTables t{};
         for (quint32 i = 0; i < 256; ++i) {
             quint32 c = i;
             for (int k = 0; k < 8; ++k)
                 c = c & 1 ? 0xEDB88320u ^ (c >> 1) : c >> 1;
-            t[i] = c;
+            t[0][i] = c;
         }
+        for (quint32 i = 0; i < 256; ++i)
+            for (int k = 1; k < 8; ++k)
+                t[k][i] = (t[k - 1][i] >> 8) ^ t[0][t[k - 1][i] & 0xFF];
         return t;
     }();
-    return table;
+    return tables;
 }
 
 quint32 crc32(const char* data, qsizetype n)
 {
-    const auto& t = crcTable();
+    const CrcTables& t = crcTables();
     quint32 c = 0xFFFFFFFFu;
-    for (qsizetype i = 0; i < n; ++i)
-        c = t[(c ^ quint8(data[i])) & 0xFF] ^ (c >> 8);
+    const auto* p = reinterpret_cast<const uchar*>(data);
+    for (; n >= 8; n -= 8, p += 8) {
+        const quint32 lo = c ^ qFromLittleEndian<quint32>(p), hi = qFromLittleEndian<quint32>(p + 4);
+        c = t[7][lo & 0xFF] ^ t[6][(lo >> 8) & 0xFF] ^ t[5][(lo >> 16) & 0xFF] ^ t[4][lo >> 24]
+            ^ t[3][hi & 0xFF] ^ t[2][(hi >> 8) & 0xFF] ^ t[1][(hi >> 16) & 0xFF] ^ t[0][hi >> 24];
+    }
+    for (; n > 0; --n, ++p)
+        c = t[0][(c ^ *p) & 0xFF] ^ (c >> 8);
     return c ^ 0xFFFFFFFFu;
 }
 
@@ -166,7 +178,7 @@ bool decodePlan(Reader r, JournalRun& run)
 
 }  // namespace
 
-QByteArray journalRecord(quint8 kind, const QByteArray& payload)
+static QByteArray journalRecord(quint8 kind, const QByteArray& payload)
 {
     Writer w;
     w.out.reserve(payload.size() + kRecordFrame);
@@ -190,9 +202,15 @@ QByteArray encodePlan(const JournalRun& run)
     for (const JournalFile& f : run.files) {
         estimate += 120 + f.path.size();
         for (const Patch& p : f.patches)
-            estimate += 24 + 2 * p.before.size() + p.what.size() * 3;
+            estimate += 32 + 2 * p.before.size() + p.what.size() * 3;
     }
     w.out.reserve(estimate);
+    w.out.append(kMagic, 4);
+    w.number(kVersion);
+    w.number(quint16(0));
+    // The plan's record, its length filled in once it is known.
+    w.number(quint8(PlanRecord));
+    w.number(quint32(0));
     w.number(run.started);
     w.number(quint32(run.dates));
     w.bytes(run.offset.toUtf8());
@@ -217,11 +235,10 @@ QByteArray encodePlan(const JournalRun& run)
             w.bytes(p.what.toUtf8());
         }
     }
-    QByteArray file(kMagic, 4);
-    Writer header;
-    header.number(kVersion);
-    header.number(quint16(0));
-    return file + header.out + journalRecord(PlanRecord, w.out);
+    const quint32 length = qToLittleEndian(quint32(w.out.size() - kHeaderSize - 5));
+    memcpy(w.out.data() + kHeaderSize + 1, &length, 4);
+    w.number(crc32(w.out.constData() + kHeaderSize, w.out.size() - kHeaderSize));
+    return w.out;
 }
 
 namespace {
