@@ -26,6 +26,14 @@ namespace {
 
 const QString kSuffix = QStringLiteral(".journal");
 
+bool failWith(QString* why, const QString& where, const QString& reason)
+{
+    if (why)
+        *why = textById("Journal.cannotWrite", "the journal cannot be written to “%1”: %2").arg(where, reason);
+    return false;
+}
+
+#if !defined(_WIN32)
 QString errorText(int error)
 {
     switch (error) {
@@ -42,14 +50,6 @@ QString errorText(int error)
     }
 }
 
-bool failWith(QString* why, const QString& where, const QString& reason)
-{
-    if (why)
-        *why = textById("Journal.cannotWrite", "the journal cannot be written to “%1”: %2").arg(where, reason);
-    return false;
-}
-
-#if !defined(_WIN32)
 // Every byte, retrying what the system cuts short; errno set where it fails.
 bool writeAll(int fd, const QByteArray& bytes)
 {
@@ -170,7 +170,11 @@ bool Journal::mark(const QString& fileName, JournalRun::State state, bool left, 
     const int fd = ::open(QFile::encodeName(fileName).constData(), O_WRONLY | O_APPEND | O_CLOEXEC);
     if (fd < 0)
         return failWith(why, fileName, errorText(errno));
+#if defined(__APPLE__)
+    const bool ok = writeAll(fd, record) && ::fsync(fd) == 0;
+#else
     const bool ok = writeAll(fd, record) && ::fdatasync(fd) == 0;
+#endif
     const int error = errno;
     ::close(fd);
     return ok || failWith(why, fileName, errorText(error));

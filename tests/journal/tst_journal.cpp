@@ -76,12 +76,12 @@ class JournalTest : public QObject {
             before << snapshot(path);
         }
     }
-    void run()
+    void run(bool guarded = false)
     {
         w->baseChoice = 4;
         w->AddValue(2)->setText(QStringLiteral("1"));
         w->AimValue(0)->setText(QStringLiteral("2019"));
-        w->ExecuteBtn_Action();
+        guarded ? w->ExecuteBtn->click() : w->ExecuteBtn_Action();
     }
     int unchanged() const
     {
@@ -190,6 +190,19 @@ private slots:
             w->FileUndoLastRun_Action();
             QVERIFY(said.last().startsWith("There is no run to undo"));
         }
+    }
+
+    // Where the journal cannot be written, the run does not start, and the report says where.
+    void unwritable()
+    {
+        listFiles(2);
+        const QString blocked = state->filePath("a file");
+        QVERIFY(QFile(blocked).open(QIODevice::WriteOnly));
+        qputenv("XDG_STATE_HOME", blocked.toUtf8());
+        run(true);
+        QCOMPARE(unchanged(), 2);
+        QVERIFY2(said.last().contains("Nothing has been written: the journal cannot be written to “" + blocked),
+                 qPrintable(said.last()));
     }
 
     // A journal cut at every length, or with any one byte changed, is told apart from a
