@@ -23,6 +23,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 #include "platform/TextId.h"
 

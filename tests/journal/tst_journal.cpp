@@ -196,12 +196,10 @@ private slots:
     void unwritable()
     {
         listFiles(2);
-        const QString blocked = state->filePath("a file");
-        QVERIFY(QFile(blocked).open(QIODevice::WriteOnly));
-        qputenv("XDG_STATE_HOME", blocked.toUtf8());
+        qputenv("XDG_STATE_HOME", paths[0].toUtf8());  // a file, where a folder is needed
         run(true);
         QCOMPARE(unchanged(), 2);
-        QVERIFY2(said.last().contains("Nothing has been written: the journal cannot be written to “" + blocked),
+        QVERIFY2(said.last().contains("Nothing has been written: the journal cannot be written to “" + paths[0]),
                  qPrintable(said.last()));
     }
 
