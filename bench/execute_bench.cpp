@@ -11,7 +11,8 @@
 // the run makes before its first byte is timed alone, for its share of the run. The offset is one hour,
 // forward in odd runs and back in even ones, so an even R, in UTC, leaves every date and
 // modification time of the files as it found them. Each run is made twice, turn about: with
-// the run's journal (as the program runs) and without it, for what the journal costs a file.
+// the run's journal and read-back (as the program runs) and without them, as the run was
+// before the journal, for what they cost a file.
 // Last, the plan of a made-up run of 100,000 files is written to the journal alone, timed.
 // Journals go to a temporary folder. Run it through bench/execute.
 
@@ -205,7 +206,7 @@ int main(int argc, char** argv)
     const double b = median(bareTimes);
     std::printf("execute   %8.2f us/file  %9.0f files/s  x%.2f the floor, x%.3f without the journal\n",
                 e * 1e6 / n, n / e, e / f, e / b);
-    std::printf("  without %8.2f us/file  %9.0f files/s  x%.2f the floor (the run before the journal)\n",
+    std::printf("  without %8.2f us/file  %9.0f files/s  x%.2f the floor (no journal, nothing read back)\n",
                 b * 1e6 / n, n / b, b / f);
     const double c = median(checkTimes);
     std::printf("  check   %8.2f us/file  %.0f%% of the execute run\n", c * 1e6 / n, 100 * c / e);

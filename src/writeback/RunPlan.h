@@ -64,6 +64,7 @@ std::optional<JournalRun> journalOf(Window1& w, const RunPlan& plan, QString* wh
 using RunFault = std::function<QString(int index)>;
 void setRunFault(RunFault fault);
 QString runFault(int index);
-// Benchmarks time the run without its journal too, beside the run with it.
+// Benchmarks time the run as it was before its journal too (no journal, nothing read
+// back), beside the run with them.
 void setRunJournalled(bool on);
 bool runJournalled();
