@@ -4,7 +4,6 @@
 #include <QAction>
 #include <QHash>
 #include <QLocale>
-#include <QMenu>
 
 #include "journal/Journal.h"
 #include "journal/Rollback.h"
@@ -21,30 +20,9 @@ constexpr int kOkCancelQuestion = 33;
 constexpr int kNote = 64;
 constexpr int kCaution = 48;
 
-// The File menu's item, made where the menu bar has none yet.
-QAction* fileItem(const char* name, const QString& caption, const QKeySequence& shortcut)
-{
-    MenuBar1* bar = MenuBar1::instance();
-    if (QAction* a = bar->lookup(QString::fromLatin1(name)))
-        return a;
-    QAction* menuAction = bar->lookup(QStringLiteral("FileMenu"));
-    QMenu* menu = menuAction ? menuAction->menu() : nullptr;
-    if (!menu) {
-        menu = new QMenu(textById("Journal.fileMenu", "File"), bar);
-        menu->setObjectName(QStringLiteral("FileMenu"));
-        menu->menuAction()->setObjectName(QStringLiteral("FileMenu"));
-        bar->insertMenu(bar->actions().value(0), menu);
-    }
-    auto* a = new QAction(caption, menu);
-    a->setObjectName(QString::fromLatin1(name));
-    a->setShortcut(shortcut);
-    menu->addAction(a);
-    return a;
-}
-
 }  // namespace
 
-QString describeRun(const JournalRun& run)
+static QString describeRun(const JournalRun& run)
 {
     const QLocale l;
     return textById("Journal.runOf", "the run of %1 on %2 files")
@@ -54,14 +32,18 @@ QString describeRun(const JournalRun& run)
 
 void Window1::bindJournalHandlers()
 {
-    QAction* undo = fileItem("FileUndoLastRun", textById("Journal.undoLastRun", "Undo Last Run"),
-                             QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_Z));
-    QAction* history = fileItem("FileRunHistory", textById("Journal.runHistory", "Run History…"), {});
-    for (QAction* a : {undo, history})
-        a->setVisible(true);
-    connect(undo, &QAction::triggered, this, [this] { guard("undo the last run", [this] { FileUndoLastRun_Action(); }); });
-    connect(history, &QAction::triggered, this,
-            [this] { guard("show the run history", [this] { FileRunHistory_Action(); }); });
+    // The File menu holds the two items, hidden until the journal shows and connects them.
+    MenuBar1* bar = MenuBar1::instance();
+    if (QAction* undo = bar->lookup(QStringLiteral("FileUndoLastRun"))) {
+        undo->setVisible(true);
+        connect(undo, &QAction::triggered, this,
+                [this] { guard("undo the last run", [this] { FileUndoLastRun_Action(); }); });
+    }
+    if (QAction* history = bar->lookup(QStringLiteral("FileRunHistory"))) {
+        history->setVisible(true);
+        connect(history, &QAction::triggered, this,
+                [this] { guard("show the run history", [this] { FileRunHistory_Action(); }); });
+    }
 }
 
 // The whole run of a kept journal; throws, naming the journal, where it cannot be read.

@@ -73,17 +73,19 @@ QString patchWhy(PinnedItem& item, const Patch& c)
 
 // Why the item is not the one that was found, or cannot be opened for the change; empty
 // when it can.
-QString itemWhy(PinnedItem& item, const FolderItem& f, const ItemStatus& was)
+QString itemWhy(PinnedItem& item, const FolderItem& f, const ItemStatus& was, ItemStatus* seen = nullptr)
 {
     ItemStatus now;
     if (!item.isOpen() || !item.status(now))
         return item.why();
+    if (seen)
+        *seen = now;
     return now.sameItem(was) ? QString() : replacedWhy(f, now);
 }
 
 // The reasons, by column, why a row's ticked dates cannot be changed safely; empty when
 // they all can. Reads the bytes of each change and nothing else.
-std::map<int, QString> checkRow(const RowPlan& p)
+std::map<int, QString> checkRow(const RowPlan& p, ItemStatus* seen)
 {
     std::map<int, QString> why = p.unwritable;
     std::vector<int> columns = p.exifColumns;
@@ -104,7 +106,7 @@ std::map<int, QString> checkRow(const RowPlan& p)
         whyNot = textById("Run.notListed", "it is not known which file was listed here");
     else {
         item.emplace(p.file, p.writesContents() ? PinnedItem::Contents : PinnedItem::Dates);
-        whyNot = itemWhy(*item, p.file, *p.file.Listing());
+        whyNot = itemWhy(*item, p.file, *p.file.Listing(), seen);
     }
     for (int column : columns)
         if (!whyNot.isEmpty() && !why.count(column))
@@ -131,12 +133,15 @@ std::map<int, QString> checkRow(const RowPlan& p)
 
 // The lines of the report, one for each date that cannot be changed safely, in the order
 // in which the run would have come to them.
-QStringList checkPlan(Listbox* table, const RunPlan& plan)
+QStringList checkPlan(Listbox* table, const RunPlan& plan, std::vector<ItemStatus>* seen = nullptr)
 {
     QStringList lines;
-    for (const RowPlan& p : plan.rows) {
+    if (seen)
+        seen->resize(plan.rows.size());
+    for (size_t i = 0; i < plan.rows.size(); ++i) {
+        const RowPlan& p = plan.rows[i];
         stillBusy();
-        const std::map<int, QString> why = checkRow(p);
+        const std::map<int, QString> why = checkRow(p, seen ? &(*seen)[i] : nullptr);
         for (int column : {3, 4, 5, 1, 2}) {
             auto it = why.find(column);
             if (it != why.end())
@@ -339,7 +344,8 @@ void Window1::ExecuteBtn_Action()
     findCompanions(plan);
     if (MsgBox(kExecuteQuestion, kOkCancelQuestion, QString(), summaryOf(plan)) != 1)
         return;
-    const QStringList failed = checkPlan(ListBox1, plan);
+    std::vector<ItemStatus> seen;  // each row's file as the check found it
+    const QStringList failed = checkPlan(ListBox1, plan, &seen);
     if (!failed.isEmpty())
         throw CheckFailed(failed);
     if (plan.rows.empty())
@@ -347,7 +353,7 @@ void Window1::ExecuteBtn_Action()
     // The plan is on disk before the first byte: whatever ends the run, it can be undone.
     QString why;
     Journal journal;
-    const std::optional<JournalRun> run = journalOf(*this, plan, &why);
+    const std::optional<JournalRun> run = journalOf(*this, plan, seen, &why);
     if (!run || (runJournalled() && !journal.begin(*run, &why)))
         throw std::runtime_error(textById("Run.noJournal", "Nothing has been written: %1.").arg(why).toStdString());
     Written written;

@@ -28,12 +28,13 @@ size_t qHash(const Place& p, size_t seed = 0) { return qHashMulti(seed, p.device
 
 // The file as it is now, with its changes; a place that an earlier row of the run writes
 // goes from what that row put there.
-JournalFile journalFile(const FolderItem& f, const std::vector<Patch>& patches, QHash<Place, QByteArray>& written,
-                        QString* why)
+JournalFile journalFile(const FolderItem& f, std::optional<ItemStatus> s, const std::vector<Patch>& patches,
+                        QHash<Place, QByteArray>& written, QString* why)
 {
     JournalFile j;
     j.path = f.nativePath();
-    const std::optional<ItemStatus> s = f.Status(why);
+    if (!s)
+        s = f.Status(why);
     if (!s)
         return j;
     j.device = s->device;
@@ -74,7 +75,8 @@ QString offsetText(Window1& w)
     return QStringLiteral("%1/%2/%3 %4:%5:%6").arg(v[0], v[1], v[2], v[3], v[4], v[5]);
 }
 
-std::optional<JournalRun> journalOf(Window1& w, const RunPlan& plan, QString* why)
+std::optional<JournalRun> journalOf(Window1& w, const RunPlan& plan, const std::vector<ItemStatus>& seen,
+                                    QString* why)
 {
     JournalRun run;
     run.started = QDateTime::currentMSecsSinceEpoch();
@@ -82,9 +84,11 @@ std::optional<JournalRun> journalOf(Window1& w, const RunPlan& plan, QString* wh
     run.files.reserve(plan.rows.size());
     QHash<Place, QByteArray> written;
     const bool creationSettable = PinnedItem::canSetCreationTime();
-    for (const RowPlan& p : plan.rows) {
+    for (size_t i = 0; i < plan.rows.size(); ++i) {
+        const RowPlan& p = plan.rows[i];
         run.dates += int(p.exifColumns.size()) + (p.creation && creationSettable) + p.modification;
-        JournalFile f = journalFile(p.file, p.patches, written, why);
+        const bool checked = i < seen.size() && (seen[i].device || seen[i].inode);
+        JournalFile f = journalFile(p.file, checked ? std::optional(seen[i]) : std::nullopt, p.patches, written, why);
         if (f.device == 0 && f.inode == 0)
             return std::nullopt;
         if (p.restore)
@@ -96,7 +100,7 @@ std::optional<JournalRun> journalOf(Window1& w, const RunPlan& plan, QString* wh
         run.files.push_back(std::move(f));
         for (const FilePatches& other : p.others)
             if (!other.patches.empty()) {
-                run.files.push_back(journalFile(other.file, other.patches, written, why));
+                run.files.push_back(journalFile(other.file, std::nullopt, other.patches, written, why));
                 if (run.files.back().device == 0 && run.files.back().inode == 0)
                     return std::nullopt;
             }

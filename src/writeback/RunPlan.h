@@ -54,9 +54,10 @@ void findCompanions(RunPlan& plan);
 QString summaryOf(const RunPlan& plan);
 
 struct JournalRun;
-// The run as the journal keeps it, with each file's status as it is now; nothing, with
-// why, where a file gives none.
-std::optional<JournalRun> journalOf(Window1& w, const RunPlan& plan, QString* why);
+// The run as the journal keeps it, with each row's file as the check saw it (seen, by
+// row) and each file beside one as it is now; nothing, with why, where one gives no status.
+std::optional<JournalRun> journalOf(Window1& w, const RunPlan& plan, const std::vector<ItemStatus>& seen,
+                                    QString* why);
 
 // Tests stop a run part-way: before each row (counted from 0) the fault is asked; a reason
 // stops the run there as a failed write would, and what it throws ends the run as a crash
