@@ -700,6 +700,7 @@
     <message id="Run.timeNotLanded">
         <source></source>
         <translation>%1 に設定しましたが、読み返すと %2 です</translation>
+    </message>
     <message id="Menu.file">
         <source>&amp;File</source>
         <translation>ファイル(&amp;F)</translation>
