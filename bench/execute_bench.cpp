@@ -10,25 +10,33 @@
 // times ExecuteBtn_Action from the confirmation to its return; after it, the check that
 // the run makes before its first byte is timed alone, for its share of the run. The offset is one hour,
 // forward in odd runs and back in even ones, so an even R, in UTC, leaves every date and
-// modification time of the files as it found them. Run it through bench/execute.
+// modification time of the files as it found them. Each run is made twice, turn about: with
+// the run's journal and read-back (as the program runs) and without them, as the run was
+// before the journal, for what they cost a file.
+// Last, the plan of a made-up run of 100,000 files is written to the journal alone, timed.
+// Journals go to a temporary folder. Run it through bench/execute.
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QLineEdit>
 #include <QProcess>
+#include <QTemporaryDir>
 #include <QTemporaryFile>
 
 #include <unistd.h>
 
 #include <algorithm>
+#include <ctime>
 #include <cstdio>
 #include <vector>
 
+#include "journal/Journal.h"
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
 #include "platform/MsgBox.h"
 #include "shell/Window1.h"
+#include "writeback/RunPlan.h"
 
 namespace {
 
@@ -100,6 +108,36 @@ double timeRun(Window1& w, const QStringList& files, int hours, int& moved, doub
     return s;
 }
 
+// Seconds to write and sync the plan of a made-up run of n files, three dates each; the
+// processor's share of them (a loaded machine stretches the rest) in cpuSeconds.
+double timePlan(int n, double& cpuSeconds)
+{
+    JournalRun run;
+    run.started = QDateTime::currentMSecsSinceEpoch();
+    run.offset = QStringLiteral("0/0/0 1:0:0");
+    for (int i = 0; i < n; ++i) {
+        JournalFile f;
+        f.path = "/home/someone/Pictures/2019/holiday/IMG_" + QByteArray::number(10000 + i) + ".JPG";
+        f.device = 2049;
+        f.inode = quint64(1000000 + i);
+        f.size = 24000000;
+        f.modification = {1559344089, 123456789};
+        f.modificationAfter = f.modification;
+        for (quint64 at : {200, 400, 420})
+            f.patches.push_back({at, "2019:05:31 23:08:09", "2019:06:01 00:08:09", 4, {}});
+        run.files.push_back(std::move(f));
+    }
+    Journal journal;
+    QString why;
+    QElapsedTimer t;
+    const std::clock_t cpu = std::clock();
+    t.start();
+    if (!journal.begin(run, &why))
+        qFatal("%s", qPrintable(why));
+    cpuSeconds = double(std::clock() - cpu) / CLOCKS_PER_SEC;
+    return double(t.nsecsElapsed()) / 1e9;
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
@@ -132,6 +170,8 @@ int main(int argc, char** argv)
     if (!empty.open())
         qFatal("cannot make an empty list");
 
+    QTemporaryDir state;
+    qputenv("XDG_STATE_HOME", state.path().toUtf8());
     Window1 w;
     setMsgBoxAnswer([](const QString&, int, const QString&, const QString&) { return 1; });
     int failures = 0;
@@ -140,25 +180,42 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "%s: %s\n", qPrintable(where), qPrintable(what));
     });
 
-    std::vector<double> floorTimes, startTimes, runTimes, checkTimes;
+    std::vector<double> floorTimes, startTimes, runTimes, checkTimes, bareTimes;
     timeFloor(floor, listPath);  // warm-up
     for (int r = 0; r < runs; ++r) {
         startTimes.push_back(timeFloor(floor, empty.fileName()));
         floorTimes.push_back(timeFloor(floor, listPath));
-        int moved = 0;
-        double check = 0;
-        runTimes.push_back(timeRun(w, files, r % 2 ? -1 : 1, moved, check));
+        int moved = 0, bareMoved = 0;
+        double check = 0, bareCheck = 0;
+        // Forth and back each time, so that the pair leaves the files as they were; which
+        // of the two goes first changes from run to run.
+        for (bool journalled : {r % 2 == 0, r % 2 != 0}) {
+            setRunJournalled(journalled);
+            const int hours = journalled == (r % 2 == 0) ? 1 : -1;
+            if (journalled)
+                runTimes.push_back(timeRun(w, files, hours, moved, check));
+            else
+                bareTimes.push_back(timeRun(w, files, hours, bareMoved, bareCheck));
+        }
         checkTimes.push_back(check);
         std::printf("run %d: floor %.4f s, start-up %.4f s, execute %.4f s (its check alone %.4f s), "
-                    "%d files with all three Exif dates moved\n",
-                    r + 1, floorTimes.back(), startTimes.back(), runTimes.back(), check, moved);
+                    "without journal %.4f s, %d and %d files with all three Exif dates moved\n",
+                    r + 1, floorTimes.back(), startTimes.back(), runTimes.back(), check, bareTimes.back(),
+                    moved, bareMoved);
     }
     const double n = double(files.size());
     const double f = median(floorTimes) - median(startTimes), e = median(runTimes);
     std::printf("%d files, medians of %d runs\n", int(files.size()), runs);
     std::printf("floor -w  %8.2f us/file  %9.0f files/s  (its process start-up taken off)\n", f * 1e6 / n, n / f);
-    std::printf("execute   %8.2f us/file  %9.0f files/s  x%.2f the floor\n", e * 1e6 / n, n / e, e / f);
+    const double b = median(bareTimes);
+    std::printf("execute   %8.2f us/file  %9.0f files/s  x%.2f the floor, x%.3f without the journal\n",
+                e * 1e6 / n, n / e, e / f, e / b);
+    std::printf("  without %8.2f us/file  %9.0f files/s  x%.2f the floor (no journal, nothing read back)\n",
+                b * 1e6 / n, n / b, b / f);
     const double c = median(checkTimes);
     std::printf("  check   %8.2f us/file  %.0f%% of the execute run\n", c * 1e6 / n, 100 * c / e);
+    double planCpu = 0;
+    const double plan = timePlan(100000, planCpu);
+    std::printf("plan of 100000 files written and synced: %.3f s (%.3f s of it on the processor)\n", plan, planCpu);
     return failures ? 1 : 0;
 }

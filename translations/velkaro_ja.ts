@@ -513,6 +513,194 @@
         <source></source>
         <translation>登録できなかったファイルを示す</translation>
     </message>
+    <message id="Action.undo the last run">
+        <source></source>
+        <translation>最後の実行を取り消す</translation>
+    </message>
+    <message id="Action.show the run history">
+        <source></source>
+        <translation>実行履歴を表示する</translation>
+    </message>
+    <message id="Action.look for an interrupted run">
+        <source></source>
+        <translation>中断された実行を探す</translation>
+    </message>
+    <message id="Journal.cannotWrite">
+        <source></source>
+        <translation>実行の記録を “%1” に書き込めません：%2</translation>
+    </message>
+    <message id="Journal.corrupt">
+        <source></source>
+        <translation>内容が壊れています</translation>
+    </message>
+    <message id="Journal.cut">
+        <source></source>
+        <translation>途中で切れています</translation>
+    </message>
+    <message id="Journal.newer">
+        <source></source>
+        <translation>このプログラムの新しい版で書かれています</translation>
+    </message>
+    <message id="Journal.notJournal">
+        <source></source>
+        <translation>このプログラムの実行記録ではありません</translation>
+    </message>
+    <message id="Journal.dates">
+        <source></source>
+        <translation>日付</translation>
+    </message>
+    <message id="Journal.diskFull">
+        <source></source>
+        <translation>ディスクがいっぱいです</translation>
+    </message>
+    <message id="Journal.fileWhy">
+        <source></source>
+        <translation>%1：%2。</translation>
+    </message>
+    <message id="Journal.files">
+        <source></source>
+        <translation>ファイル</translation>
+    </message>
+    <message id="Journal.finish">
+        <source></source>
+        <translation>実行を最後まで行う</translation>
+    </message>
+    <message id="Journal.finished">
+        <source></source>
+        <translation>%1 を最後まで行いました。</translation>
+    </message>
+    <message id="Journal.historyTitle">
+        <source></source>
+        <translation>実行履歴</translation>
+    </message>
+    <message id="Journal.interrupted">
+        <source></source>
+        <translation>%1 は中断されました。%2 個のファイルが変更されています。</translation>
+    </message>
+    <message id="Journal.leave">
+        <source></source>
+        <translation>そのままにする</translation>
+    </message>
+    <message id="Journal.noPermission">
+        <source></source>
+        <translation>そこに書き込む権限がありません</translation>
+    </message>
+    <message id="Journal.notOurs">
+        <source></source>
+        <translation>あなたのフォルダではありません</translation>
+    </message>
+    <message id="Journal.nothingToUndo">
+        <source></source>
+        <translation>取り消せる実行はありません。</translation>
+    </message>
+    <message id="Journal.offset">
+        <source></source>
+        <translation>加算値</translation>
+    </message>
+    <message id="Journal.offsetWas">
+        <source></source>
+        <translation>加算値は %1 でした。</translation>
+    </message>
+    <message id="Journal.partly">
+        <source></source>
+        <translation>元に戻す、または最後まで行うことができなかったファイルがあります：</translation>
+    </message>
+    <message id="Journal.place">
+        <source></source>
+        <translation>%1、%2 バイト目</translation>
+    </message>
+    <message id="Journal.placeNotLanded">
+        <source></source>
+        <translation>%1：書き込みましたが、読み返すと異なります。</translation>
+    </message>
+    <message id="Journal.placeWhy">
+        <source></source>
+        <translation>%1：%2。</translation>
+    </message>
+    <message id="Journal.readOnly">
+        <source></source>
+        <translation>ディスクに書き込めません</translation>
+    </message>
+    <message id="Journal.refused">
+        <source></source>
+        <translation>何も書き込んでいません。次のファイルは実行後の内容ではなくなっています。</translation>
+    </message>
+    <message id="Journal.placeNeither">
+        <source></source>
+        <translation>%1：実行前の内容でも実行で書き込んだ内容でもありません。</translation>
+    </message>
+    <message id="Journal.notSameFile">
+        <source></source>
+        <translation>%1：実行で書き込んだファイルではなくなっています（置き換えられたか、サイズが変わりました）。</translation>
+    </message>
+    <message id="Journal.runOf">
+        <source></source>
+        <translation>%1 の %2 個のファイルの実行</translation>
+    </message>
+    <message id="Journal.state">
+        <source></source>
+        <translation>状態</translation>
+    </message>
+    <message id="Journal.stateDone">
+        <source></source>
+        <translation>完了</translation>
+    </message>
+    <message id="Journal.stateInterrupted">
+        <source></source>
+        <translation>中断</translation>
+    </message>
+    <message id="Journal.stateUndone">
+        <source></source>
+        <translation>取り消し済み</translation>
+    </message>
+    <message id="Journal.stateUnreadable">
+        <source></source>
+        <translation>読めません：%1</translation>
+    </message>
+    <message id="Journal.timeNotLanded">
+        <source></source>
+        <translation>%1：ファイルの日時を設定しましたが、読み返すと %2 です。</translation>
+    </message>
+    <message id="Journal.undoDone">
+        <source></source>
+        <translation>行った変更を取り消す</translation>
+    </message>
+    <message id="Journal.undoQuestion">
+        <source></source>
+        <translation>%1 を取り消しますか？</translation>
+    </message>
+    <message id="Journal.undone">
+        <source></source>
+        <translation>%1 のすべてのファイルを実行前の状態に戻しました。</translation>
+    </message>
+    <message id="Journal.unreadable">
+        <source></source>
+        <translation>最後の実行の記録 “%1” を読めません：%2。</translation>
+    </message>
+    <message id="Journal.unreadableAtStart">
+        <source></source>
+        <translation>実行の記録 “%1” を読めません：%2。</translation>
+    </message>
+    <message id="Journal.when">
+        <source></source>
+        <translation>日時</translation>
+    </message>
+    <message id="Run.noJournal">
+        <source></source>
+        <translation>何も書き込んでいません：%1。</translation>
+    </message>
+    <message id="Run.notClosed">
+        <source></source>
+        <translation>すべての日付を変更しましたが、実行の終わりを記録できませんでした：%1。次の起動時にこの実行の取り消しを尋ねます。</translation>
+    </message>
+    <message id="Run.notLanded">
+        <source></source>
+        <translation>%1 バイト目に書き込みましたが、読み返すと “%2” です</translation>
+    </message>
+    <message id="Run.timeNotLanded">
+        <source></source>
+        <translation>%1 に設定しましたが、読み返すと %2 です</translation>
+    </message>
     <message id="Menu.file">
         <source>&amp;File</source>
         <translation>ファイル(&amp;F)</translation>

@@ -280,9 +280,16 @@ bool PinnedItem::writeAt(quint64 position, const QByteArray& bytes)
 
 bool PinnedItem::setModificationTime(const FileTime& t)
 {
-    const timespec times[2] = {{0, UTIME_OMIT}, toTimespec(t)};  // the access time stays
     if (fd_ < 0)
         return fail(EBADF);
+    struct stat st;
+    if (::fstat(fd_, &st) != 0)
+        return fail(errno);
+#if defined(__APPLE__)
+    const timespec times[2] = {st.st_atimespec, toTimespec(t)};
+#else
+    const timespec times[2] = {st.st_atim, toTimespec(t)};
+#endif
 #if defined(O_PATH)
     // A handle of O_PATH takes no futimens; the call on the handle itself does.
     if (::utimensat(fd_, "", times, AT_EMPTY_PATH) == 0)

@@ -8,6 +8,17 @@
 // write and date set through it reaches the one object that was opened. The execute run
 // opens an item, compares status() with what was listed, and only then writes through it.
 // Every call reports failure by its result and keeps the reason for why().
+// Whether a file time read back is the one that was set: the same, or the same within the
+// coarsest grain that a file system keeps (FAT's two seconds).
+inline bool timeLanded(const FileTime& meant, const FileTime& read)
+{
+    const qint64 ds = read.seconds - meant.seconds;
+    if (ds < -3 || ds > 3)
+        return false;
+    const qint64 d = ds * 1000000000 + (read.nanoseconds - meant.nanoseconds);
+    return d > -2000000000 && d < 2000000000;
+}
+
 class PinnedItem {
 public:
     enum Access {
@@ -33,7 +44,8 @@ public:
     // failure, as is one that would reach beyond the end of the file (its size as the last
     // status() gave it: a file cut shorter since reads short first).
     bool writeAt(quint64 position, const QByteArray& bytes);
-    // The modification time, to the nanosecond the file system keeps; the access time stays.
+    // The modification time, to the nanosecond the file system keeps; the access time is
+    // passed as read, since some drivers ignore a time left out and report success.
     bool setModificationTime(const FileTime& t);
     // Whether this system can set a file's creation date at all (Linux has no call for it).
     static bool canSetCreationTime();

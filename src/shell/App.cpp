@@ -1,6 +1,7 @@
 #include "shell/App.h"
 
 #include <QFileOpenEvent>
+#include <QTimer>
 
 #include "platform/HandlerGuard.h"
 #include "platform/OneShotTimer.h"
@@ -83,6 +84,8 @@ bool App::start(const QList<QByteArray>& documents, const QString& channelName)
     Event_Open();
     Window1::instance();  // the default window; Timer4 sorts what arrives before it fires
     openDocuments(folderItems(documents));
+    // A run that a crash or a power cut ended is offered for undo once the window shows.
+    QTimer::singleShot(0, this, [] { guard("look for an interrupted run", [] { Window1::instance()->recoverInterruptedRuns(); }); });
     return true;
 }
 

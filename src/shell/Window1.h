@@ -31,6 +31,9 @@ class OneShotTimer;
 class PictureWorker;
 class RectangleShape;
 class RoundRectangleShape;
+class QDialog;
+struct JournalRun;
+enum class RunChoice;
 struct ScaledPicture;
 
 // The marker of a date that a file did not give; logic compares against it.
@@ -98,6 +101,7 @@ public:
     void bindWritebackHandlers();  // src/writeback/
     void bindPreviewHandlers();    // src/preview/
     void bindMenu();               // src/shell/MenuBar1.cpp
+    void bindJournalHandlers();    // src/journal/
     void openTableControls();      // ListBox1_Open, ListHeader_Open
     void openTargetControls();     // BaseKind_Open (1, 2, 4, 5, 3), AddValue_Open (0..5)
 
@@ -168,6 +172,19 @@ public:
     // The check that comes before the first byte of a run: a line for each ticked date that
     // cannot be changed safely. Reads the files, writes nothing.
     QStringList checkExecute();
+
+    // ---- src/journal: the way back from a run ---------------------------------------------
+    void FileUndoLastRun_Action();
+    void FileRunHistory_Action();
+    QDialog* makeRunHistory();  // the Run History dialog, not yet shown
+    // At start, after the window opens: each run without its closing record is offered
+    // for undo.
+    void recoverInterruptedRuns();
+    // The three choices for a run that did not end, each checked and reported; stopped
+    // says where and why a run stopped just now.
+    void offerRunChoices(const QString& fileName, const JournalRun& run, const QString& stopped);
+    void settleRun(const QString& fileName, const JournalRun& run, RunChoice choice);
+    void showRunInTable(const JournalRun& run);
 
     // ---- src/preview: preview pane and hover tag ------------------------------------------
     void drawCanvas(int row);

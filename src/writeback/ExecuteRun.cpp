@@ -17,6 +17,8 @@
 
 #include "exif/Boxes.h"
 #include "exif/Movie.h"
+#include "journal/Journal.h"
+#include "journal/RunChoice.h"
 #include "platform/BusyPointer.h"
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
@@ -82,17 +84,19 @@ QString patchWhy(PinnedItem& item, const Patch& c)
 
 // Why the item is not the one that was found, or cannot be opened for the change; empty
 // when it can.
-QString itemWhy(PinnedItem& item, const FolderItem& f, const ItemStatus& was)
+QString itemWhy(PinnedItem& item, const FolderItem& f, const ItemStatus& was, ItemStatus* seen = nullptr)
 {
     ItemStatus now;
     if (!item.isOpen() || !item.status(now))
         return item.why();
+    if (seen)
+        *seen = now;
     return now.sameItem(was) ? QString() : replacedWhy(f, now);
 }
 
 // The reasons, by column, why a row's ticked dates cannot be changed safely; empty when
 // they all can. Reads the bytes of each change and nothing else.
-std::map<int, QString> checkRow(const RowPlan& p)
+std::map<int, QString> checkRow(const RowPlan& p, ItemStatus* seen)
 {
     std::map<int, QString> why = p.unwritable;
     std::vector<int> columns = p.exifColumns;
@@ -113,7 +117,7 @@ std::map<int, QString> checkRow(const RowPlan& p)
         whyNot = textById("Run.notListed", "it is not known which file was listed here");
     else {
         item.emplace(p.file, p.writesContents() ? PinnedItem::Contents : PinnedItem::Dates);
-        whyNot = itemWhy(*item, p.file, *p.file.Listing());
+        whyNot = itemWhy(*item, p.file, *p.file.Listing(), seen);
     }
     for (int column : columns)
         if (!whyNot.isEmpty() && !why.count(column))
@@ -140,12 +144,15 @@ std::map<int, QString> checkRow(const RowPlan& p)
 
 // The lines of the report, one for each date that cannot be changed safely, in the order
 // in which the run would have come to them.
-QStringList checkPlan(Listbox* table, const RunPlan& plan)
+QStringList checkPlan(Listbox* table, const RunPlan& plan, std::vector<ItemStatus>* seen = nullptr)
 {
     QStringList lines;
-    for (const RowPlan& p : plan.rows) {
+    if (seen)
+        seen->resize(plan.rows.size());
+    for (size_t i = 0; i < plan.rows.size(); ++i) {
+        const RowPlan& p = plan.rows[i];
         stillBusy();
-        const std::map<int, QString> why = checkRow(p);
+        const std::map<int, QString> why = checkRow(p, seen ? &(*seen)[i] : nullptr);
         for (int column : {3, 4, 5, 1, 2}) {
             auto it = why.find(column);
             if (it != why.end())
@@ -224,7 +231,7 @@ private:
 // written.
 void writePatches(PinnedItem& item, const ItemStatus& s, const std::vector<Patch>& patches, Written& written,
                   const std::function<void(const Patch&, const QString&)>& stop,
-                  const std::function<void(const Patch&)>& done)
+                  const std::function<void(const Patch&, const QByteArray&)>& done)
 {
     for (const Patch& c : patches) {
         const QByteArray expected = written.expected(s, c);
@@ -233,8 +240,40 @@ void writePatches(PinnedItem& item, const ItemStatus& s, const std::vector<Patch
         if (!item.writeAt(c.position, c.after))
             stop(c, item.why());
         written.wrote(s, c);
-        done(c);
+        done(c, c.after);
     }
+    // Read again once all are written: a driver that puts bytes elsewhere and reports
+    // success is caught here, and the table shows what the file holds.
+    for (const Patch& c : runJournalled() ? patches : std::vector<Patch>()) {
+        const QByteArray there = item.readAt(c.position, c.after.size());
+        if (there != c.after) {
+            done(c, there);
+            stop(c, textById("Run.notLanded", "it was written at byte %1, but reads back as “%2”")
+                        .arg(c.position)
+                        .arg(shown(there)));
+        }
+    }
+}
+
+// Sets a file time and reads it back; throws where it did not land, after the table's
+// cell shows the time the file has.
+void setTime(Listbox* t, const RowPlan& p, PinnedItem& item, int column, const FileTime& time)
+{
+    const bool creation = column == 1;
+    if (!(creation ? item.setCreationTime(time) : item.setModificationTime(time)))
+        throw RunStopped(t, p, column, item.why());
+    ItemStatus s;
+    if (!runJournalled())
+        return;
+    if (!item.status(s))
+        throw RunStopped(t, p, column, item.why());
+    const FileTime holds = creation ? s.birth : s.modification;
+    if (timeLanded(time, holds))
+        return;
+    t->setCell(p.row, column, holds.toDate().SQLDateTime());
+    throw RunStopped(t, p, column,
+                     textById("Run.timeNotLanded", "it was set to %1, but reads back as %2")
+                         .arg(time.toDate().SQLDateTime(), holds.toDate().SQLDateTime()));
 }
 
 // One row, in the order the run has always had: Exif dates (and what moves with them),
@@ -249,17 +288,19 @@ void carryOut(Listbox* t, const RowPlan& p, Written& written)
         throw RunStopped(t, p, -1, replacedWhy(p.file, now));
     writePatches(
         item, now, p.patches, written, [&](const Patch& c, const QString& why) { throw RunStopped(t, p, c.column, why); },
-        [&](const Patch& c) {
-            if (c.isDate()) {
-                t->setCell(p.row, c.column, p.exifDate);
-                // A movie time's tag keeps the field's value, which a later run starts from.
-                const QVariant tag = t->CellTag(p.row, c.column);
-                if (tag.metaType() == QMetaType::fromType<MovieTime>()) {
-                    MovieTime m = tag.value<MovieTime>();
-                    m.seconds = bigEndian(c.after, 0, int(c.after.size()));
-                    t->setCellTag(p.row, c.column, QVariant::fromValue(m));
-                }
+        [&](const Patch& c, const QByteArray& holds) {
+            if (!c.isDate())
+                return;
+            // A movie time's tag keeps the field's value, which a later run starts from.
+            const QVariant tag = t->CellTag(p.row, c.column);
+            if (tag.metaType() != QMetaType::fromType<MovieTime>()) {
+                t->setCell(p.row, c.column, QString::fromLatin1(holds));
+                return;
             }
+            MovieTime m = tag.value<MovieTime>();
+            m.seconds = bigEndian(holds, 0, int(holds.size()));
+            t->setCellTag(p.row, c.column, QVariant::fromValue(m));
+            t->setCell(p.row, c.column, holds == c.after ? p.exifDate : movieTimeText(m.seconds));
         });
     for (const FilePatches& other : p.others) {
         if (other.patches.empty())
@@ -273,25 +314,23 @@ void carryOut(Listbox* t, const RowPlan& p, Written& written)
             stop(other.patches.front(), beside.why());
         if (other.found && !s.sameItem(*other.found))
             stop(other.patches.front(), replacedWhy(other.file, s));
-        writePatches(beside, s, other.patches, written, stop, [](const Patch&) {});
+        writePatches(beside, s, other.patches, written, stop, [](const Patch&, const QByteArray&) {});
         if (!beside.close())
             stop(other.patches.front(), beside.why());
     }
     const bool creationSettable = PinnedItem::canSetCreationTime();
     if (p.creation && creationSettable) {
-        if (!item.setCreationTime(p.aim))
-            throw RunStopped(t, p, 1, item.why());
+        setTime(t, p, item, 1, p.aim);
         t->setCell(p.row, 1, p.fileDate);
     }
     if (p.modification) {
-        if (!item.setModificationTime(p.aim))
-            throw RunStopped(t, p, 2, item.why());
+        setTime(t, p, item, 2, p.aim);
         t->setCell(p.row, 2, p.fileDate);
     }
     // Writing into a file moves its modification time; this puts back the one it had
     // when it was listed. Cell(row, 2) is not touched.
-    if (p.restore && !item.setModificationTime(*p.noted))
-        throw RunStopped(t, p, 2, item.why());
+    if (p.restore)
+        setTime(t, p, item, 2, *p.noted);
     // A creation date that cannot be set shows what the file really has: its birth, which
     // nothing here changes, or where none is kept, the modification time it now has.
     if (p.creation && !creationSettable) {
@@ -326,12 +365,33 @@ void Window1::ExecuteBtn_Action()
     findCompanions(plan);
     if (MsgBox(kExecuteQuestion, kOkCancelQuestion, QString(), summaryOf(plan)) != 1)
         return;
-    const QStringList failed = checkPlan(ListBox1, plan);
+    std::vector<ItemStatus> seen;  // each row's file as the check found it
+    const QStringList failed = checkPlan(ListBox1, plan, &seen);
     if (!failed.isEmpty())
         throw CheckFailed(failed);
+    if (plan.rows.empty())
+        return;
+    // The plan is on disk before the first byte: whatever ends the run, it can be undone.
+    QString why;
+    Journal journal;
+    const std::optional<JournalRun> run = journalOf(*this, plan, seen, &why);
+    if (!run || (runJournalled() && !journal.begin(*run, &why)))
+        throw std::runtime_error(textById("Run.noJournal", "Nothing has been written: %1.").arg(why).toStdString());
     Written written;
-    for (const RowPlan& p : plan.rows) {
-        stillBusy();
-        carryOut(ListBox1, p, written);
+    try {
+        for (size_t i = 0; i < plan.rows.size(); ++i) {
+            stillBusy();
+            if (const QString fault = runFault(int(i)); !fault.isEmpty())
+                throw RunStopped(ListBox1, plan.rows[i], -1, fault);
+            carryOut(ListBox1, plan.rows[i], written);
+        }
+    } catch (const RunStopped& stopped) {
+        offerRunChoices(journal.fileName(), *run, QString::fromUtf8(stopped.what()));
+        return;
     }
+    if (runJournalled() && !journal.close(&why))
+        MsgBox(textById("Run.notClosed", "Every date has been changed, but the journal could not note the end of "
+                                         "the run: %1. At the next start the run will be offered for undo.")
+                   .arg(why),
+               48);
 }

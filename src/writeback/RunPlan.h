@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <vector>
@@ -51,3 +52,20 @@ RunPlan planRun(Window1& w, int count);
 void findCompanions(RunPlan& plan);
 // The confirmation's smaller text: what the run will do.
 QString summaryOf(const RunPlan& plan);
+
+struct JournalRun;
+// The run as the journal keeps it, with each row's file as the check saw it (seen, by
+// row) and each file beside one as it is now; nothing, with why, where one gives no status.
+std::optional<JournalRun> journalOf(Window1& w, const RunPlan& plan, const std::vector<ItemStatus>& seen,
+                                    QString* why);
+
+// Tests stop a run part-way: before each row (counted from 0) the fault is asked; a reason
+// stops the run there as a failed write would, and what it throws ends the run as a crash
+// would, without its closing record.
+using RunFault = std::function<QString(int index)>;
+void setRunFault(RunFault fault);
+QString runFault(int index);
+// Benchmarks time the run as it was before its journal too (no journal, nothing read
+// back), beside the run with them.
+void setRunJournalled(bool on);
+bool runJournalled();

@@ -151,8 +151,8 @@ private slots:
         QTest::addColumn<QStringList>("items");
         QTest::newRow("MenuBar1") << QStringList{"FileMenu &File ", "EditMenu(0) Edit ", "HelpMenu &Help "};
         QTest::newRow("FileMenu") << QStringList{"FileAddFiles Add Files… Ctrl+O", "UntitledSeparator(3) -",
-                                                 "FileUndoLastRun Undo Last Run… Ctrl+Alt+Z hidden",
-                                                 "FileRunHistory Run History…  hidden", "UntitledSeparator(4) -",
+                                                 "FileUndoLastRun Undo Last Run… Ctrl+Alt+Z",
+                                                 "FileRunHistory Run History… ", "UntitledSeparator(4) -",
                                                  "FileQuit Quit Ctrl+Q quit"};
         QTest::newRow("EditMenu") << QStringList{"EditUndo Undo Ctrl+Z", "EditRedo Redo Ctrl+Shift+Z",
                                                  "UntitledSeparator(1) -", "EditCut Cut Ctrl+X", "EditCopy Copy Ctrl+C",
