@@ -150,7 +150,7 @@ void Window1::showRunInTable(const JournalRun& run)
             if (in.isNil() || p.column < 3 || p.column > 5 || !p.what.isEmpty())
                 continue;
             in->setPosition(p.position);
-            ListBox1->setCell(row, p.column, QString::fromLatin1(in->Read(p.after.size())));
+            showDateHeld(row, p.column, in->Read(p.after.size()));
         }
     }
 }

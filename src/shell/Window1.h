@@ -120,6 +120,9 @@ public:
     void addFileToTable(const FolderItem& f);
     void clearTables();
     void optimizeRowCheck(int row);
+    // After a write: the date cell shows what its file holds at the date's place now (the
+    // 19 bytes of an Exif text, or a movie time's field, whose tag keeps the new value).
+    void showDateHeld(int row, int column, const QByteArray& holds);
 
     // ---- src/table: check boxes -----------------------------------------------------------
     bool ListBox1_CellClick(int row, int column, int x, int y);

@@ -13,6 +13,8 @@
 #include "platform/Canvas.h"
 #include "platform/Listbox.h"
 #include "platform/PictureProbe.h"
+#include "exif/Boxes.h"
+#include "exif/Movie.h"
 
 #include <QCheckBox>
 
@@ -101,4 +103,17 @@ void Window1::clearTables()
 {
     ListBox1->DeleteAllRows();
     Canvas1->setBackdrop(QImage());
+}
+
+void Window1::showDateHeld(int row, int column, const QByteArray& holds)
+{
+    const QVariant tag = ListBox1->CellTag(row, column);
+    if (tag.metaType() != QMetaType::fromType<MovieTime>()) {
+        ListBox1->setCell(row, column, QString::fromLatin1(holds));
+        return;
+    }
+    MovieTime m = tag.value<MovieTime>();
+    m.seconds = bigEndian(holds, 0, int(holds.size()));
+    ListBox1->setCellTag(row, column, QVariant::fromValue(m));
+    ListBox1->setCell(row, column, movieTimeText(m.seconds));
 }

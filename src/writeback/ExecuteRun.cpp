@@ -15,8 +15,6 @@
 #include <utility>
 #include <vector>
 
-#include "exif/Boxes.h"
-#include "exif/Movie.h"
 #include "journal/Journal.h"
 #include "journal/RunChoice.h"
 #include "platform/BusyPointer.h"
@@ -278,8 +276,9 @@ void setTime(Listbox* t, const RowPlan& p, PinnedItem& item, int column, const F
 
 // One row, in the order the run has always had: Exif dates (and what moves with them),
 // creation date, modification date, then the noted modification time put back.
-void carryOut(Listbox* t, const RowPlan& p, Written& written)
+void carryOut(Window1& w, const RowPlan& p, Written& written)
 {
+    Listbox* t = w.ListBox1;
     PinnedItem item(p.file, p.writesContents() ? PinnedItem::Contents : PinnedItem::Dates);
     ItemStatus now;
     if (!item.isOpen() || !item.status(now))
@@ -289,18 +288,8 @@ void carryOut(Listbox* t, const RowPlan& p, Written& written)
     writePatches(
         item, now, p.patches, written, [&](const Patch& c, const QString& why) { throw RunStopped(t, p, c.column, why); },
         [&](const Patch& c, const QByteArray& holds) {
-            if (!c.isDate())
-                return;
-            // A movie time's tag keeps the field's value, which a later run starts from.
-            const QVariant tag = t->CellTag(p.row, c.column);
-            if (tag.metaType() != QMetaType::fromType<MovieTime>()) {
-                t->setCell(p.row, c.column, QString::fromLatin1(holds));
-                return;
-            }
-            MovieTime m = tag.value<MovieTime>();
-            m.seconds = bigEndian(holds, 0, int(holds.size()));
-            t->setCellTag(p.row, c.column, QVariant::fromValue(m));
-            t->setCell(p.row, c.column, holds == c.after ? p.exifDate : movieTimeText(m.seconds));
+            if (c.isDate())
+                w.showDateHeld(p.row, c.column, holds);
         });
     for (const FilePatches& other : p.others) {
         if (other.patches.empty())
@@ -383,7 +372,7 @@ void Window1::ExecuteBtn_Action()
             stillBusy();
             if (const QString fault = runFault(int(i)); !fault.isEmpty())
                 throw RunStopped(ListBox1, plan.rows[i], -1, fault);
-            carryOut(ListBox1, plan.rows[i], written);
+            carryOut(*this, plan.rows[i], written);
         }
     } catch (const RunStopped& stopped) {
         offerRunChoices(journal.fileName(), *run, QString::fromUtf8(stopped.what()));
