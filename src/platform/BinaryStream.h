@@ -15,8 +15,10 @@ public:
     // creating), as FolderItem::OpenAsBinaryFile does. Returns a nil handle where the item
     // cannot be opened that way, as a folder; the handle's whyNil() names the file and says why.
     static Handle<BinaryStream> open(const QString& path, bool write);
-    // A read-only stream over bytes in memory, read exactly as a file of those bytes.
-    static Handle<BinaryStream> overBytes(const QByteArray& bytes);
+    // A read-only stream over bytes in memory, read exactly as a file of those bytes; with a
+    // base, as the stretch of a file that begins there: positions keep counting from the
+    // file's start, and nothing before the base or after the bytes can be read.
+    static Handle<BinaryStream> overBytes(const QByteArray& bytes, quint64 base = 0);
     ~BinaryStream();
     BinaryStream(const BinaryStream&) = delete;
     BinaryStream& operator=(const BinaryStream&) = delete;
@@ -26,6 +28,7 @@ public:
     bool LittleEndian() const;
     void setLittleEndian(bool littleEndian);
     quint64 Length() const;
+    quint64 Base() const { return base_; }  // the first position that holds a byte: 0 but over a stretch
 
     // Up to count bytes from the position; the position moves by what was read.
     QByteArray Read(qint64 count);
@@ -47,7 +50,7 @@ private:
 
 public:
     BinaryStream(Token, int fd, bool writable);
-    BinaryStream(Token, const QByteArray& bytes);
+    BinaryStream(Token, const QByteArray& bytes, quint64 base);
 
 private:
     // Points at up to count bytes (count <= kWindow, or any count over memory) at the
@@ -68,6 +71,7 @@ private:
     int fd_ = -1;
     bool inMemory_ = false;  // then memory_ stands for the file
     QByteArray memory_;
+    quint64 base_ = 0;  // of memory_ in the file it stands for
     bool writable_ = false;
     bool littleEndian_ = false;
     quint64 position_ = 0;
