@@ -37,7 +37,8 @@ void xmpText(ContainerWalk& w, Span data, QByteArrayView bytes)
      offset 4, 4 bytes: type
      offset 8, n bytes: data
      offset 8 + n, 4:   CRC-32 of type and data, big-endian
-   A chunk whose CRC does not match what it holds gives nothing. */
+   A chunk whose CRC does not match what it holds gives no Exif block or XMP packet; the
+   checksums name every eXIf chunk and XMP text all the same. */
 void walkPng(ContainerWalk& w)
 {
     w.out.kind = ContainerLayout::Png;
@@ -54,16 +55,21 @@ void walkPng(ContainerWalk& w)
         if (type != fourcc("eXIf") && !xmp)
             continue;
         const QByteArray bytes = w.read(chunk.covered.position, chunk.covered.length + 4, at);
-        if (quint64(bytes.size()) != n + 8 || crc32(QByteArrayView(bytes).first(n + 4)) != bigEndian(bytes, n + 4, 4))
+        if (quint64(bytes.size()) != n + 8)
             continue;
-        const Span data{chunk.covered.position + 4, n};
-        const auto before = w.out.tiff.size() + w.out.xmp.size();
-        if (xmp)
-            xmpText(w, data, QByteArrayView(bytes).sliced(4, n));
-        else if (w.out.tiff.empty())
-            exifData(w, data, QByteArrayView(bytes).sliced(4, n));
-        if (w.out.tiff.size() + w.out.xmp.size() > before)
+        const QByteArrayView data = QByteArrayView(bytes).sliced(4, n);
+        if (xmp && !data.startsWith(kXmpKeyword))
+            continue;
+        // The run checks the CRC itself and says so where it does not match.
+        if (w.reach == Reach::Everything)
             w.out.checksums.push_back(chunk);
+        if (crc32(QByteArrayView(bytes).first(n + 4)) != bigEndian(bytes, n + 4, 4))
+            continue;
+        const Span span{chunk.covered.position + 4, n};
+        if (xmp)
+            xmpText(w, span, data);
+        else if (w.out.tiff.empty())
+            exifData(w, span, data);
     }
 }
 

@@ -1,8 +1,5 @@
 #include "platform/BinaryStream.h"
 
-#include "platform/FolderItem.h"
-#include "platform/TextId.h"
-
 #include <QtEndian>
 
 #include <algorithm>
@@ -112,14 +109,6 @@ struct ReusingAllocator {
 };
 
 }  // namespace
-
-Handle<BinaryStream> BinaryStream::open(const QString& path, bool write)
-{
-    const FolderItem f(path);
-    if (f.isNil())
-        return Handle<BinaryStream>::nil(textById("Report.noFileGiven", "No file was given."));
-    return f.OpenAsBinaryFile(write);
-}
 
 Handle<BinaryStream> BinaryStream::fromDescriptor(int fd, bool write)
 {

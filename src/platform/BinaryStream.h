@@ -11,10 +11,6 @@
 // negative Double position, converted by toPosition, lies far beyond any end.
 class BinaryStream {
 public:
-    // Opens path for reading, or for reading and writing in place (never truncating, never
-    // creating), as FolderItem::OpenAsBinaryFile does. Returns a nil handle where the item
-    // cannot be opened that way, as a folder; the handle's whyNil() names the file and says why.
-    static Handle<BinaryStream> open(const QString& path, bool write);
     // A read-only stream over bytes in memory, read exactly as a file of those bytes; with a
     // base, as the stretch of a file that begins there: positions keep counting from the
     // file's start, and nothing before the base or after the bytes can be read.
@@ -46,7 +42,7 @@ public:
 private:
     friend class FolderItem;  // opens the file, then hands over its descriptor
     static Handle<BinaryStream> fromDescriptor(int fd, bool write);
-    struct Token {};  // only open() makes streams
+    struct Token {};  // only FolderItem and overBytes make streams
 
 public:
     BinaryStream(Token, int fd, bool writable);

@@ -7,6 +7,7 @@
 #include <QProcess>
 
 #include "exif/Boxes.h"
+#include "exif/Companions.h"
 #include "exif/Container.h"
 #include "platform/BinaryStream.h"
 #include "platform/Listbox.h"
@@ -181,6 +182,50 @@ private slots:
         QCOMPARE(shown[3], told.value(3) == "-" ? "-" : QString::number(codes[told.value(3).toInt()]));
     }
 
+    // A PNG's shooting date changed in its eXIf chunk, early (found by the first bytes) or
+    // after IDAT: exiftool reads the new date and finds nothing new to warn of, as the CRC
+    // moves with it; a CRC that was wrong before stays, and the run says so.
+    void pngChecksum_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<bool>("crcWrong");
+        QByteArray png = made("early.png", {"convert", "IN", "OUT"});
+        const qsizetype at = png.indexOf("eXIf") - 4, length = qsizetype(bigEndian(png, at, 4)) + 12;
+        if (at < 0)
+            return;
+        QTest::newRow("eXIf before IDAT") << png << false;
+        QTest::newRow("CRC wrong before the run") << QByteArray(png).replace(at + length - 1, 1, "\x01") << true;
+        QTest::newRow("eXIf after IDAT") << png.insert(png.size() - 12, png.mid(at, length)).remove(at, length) << false;
+    }
+
+    void pngChecksum()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(bool, crcWrong);
+        if (file.isEmpty())
+            QSKIP("the tools are not there");
+        const QString path = tmp.filePath("shifted.png");
+        const QString shown = add(file).split(" | ")[1];
+        writeBytes(path, file);
+        const QByteArray validated = exiftool({"-validate", "-warning", "-a", path});
+        const QByteArray aim = "2011:12:13 14:15:16";
+        const std::vector<Patch> dates{{quint64(shown.section('@', 1).toLongLong()), B, aim, 4, {}}};
+        Companions found;
+        findCompanions(*FolderItem(path).OpenAsBinaryFile(false), FolderItem(path), dates, found);
+        QCOMPARE(found.kept.size(), qsizetype(crcWrong));
+        QCOMPARE(found.patches.size(), size_t(!crcWrong));
+        for (const Patch& p : found.patches)
+            QCOMPARE(p.what, "CRC of PNG chunk eXIf");
+        for (const std::vector<Patch>& patches : {dates, found.patches})
+            for (const Patch& p : patches) {
+                QCOMPARE(file.mid(qsizetype(p.position), p.before.size()), p.before);
+                file.replace(qsizetype(p.position), p.after.size(), p.after);
+            }
+        writeBytes(path, file);
+        QCOMPARE(exiftool({"-s3", "-ExifIFD:DateTimeOriginal", path}).trimmed(), aim);
+        QCOMPARE(exiftool({"-validate", "-warning", "-a", path}), validated);
+    }
+
     // Where XMP packets, IPTC datasets and PNG checksums lie, as exiftool wrote them.
     void copies()
     {
@@ -190,7 +235,7 @@ private slots:
             if (bytes.isEmpty())
                 QSKIP("the tools are not there");
             QProcess::execute("exiftool", QStringList{"-q", "-overwrite_original"} + copies + QStringList{tmp.filePath(name)});
-            const Handle<BinaryStream> s = BinaryStream::open(tmp.filePath(name), false);
+            const Handle<BinaryStream> s = FolderItem(tmp.filePath(name)).OpenAsBinaryFile(false);
             const ContainerLayout layout = locateContainer(*s);
             QFile f(tmp.filePath(name));
             QVERIFY(f.open(QIODevice::ReadOnly));
