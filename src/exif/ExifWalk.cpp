@@ -158,8 +158,9 @@ private:
     void goInMemory()
     {
         file = w.bs;
-        file->setPosition(0);
-        w.bs = BinaryStream::overBytes(file->Read(qint64(size)));
+        const quint64 base = file->Base();  // 0 but for a stream over an Exif block
+        file->setPosition(base);
+        w.bs = BinaryStream::overBytes(file->Read(qint64(size - base)), base);
         all.assign(size, false);
         for (const quint64 position : std::as_const(few))
             all[position] = true;
