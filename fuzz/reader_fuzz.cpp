@@ -1,7 +1,9 @@
 // libFuzzer target for the Exif reader. The bytes are listed as addFileToTable lists a file,
 // through a stream over memory: the row must be consistent (a date's text and position come
-// together, the orientation code is a number of quarter turns) and, where the plain walk
-// gets through within its budget, the same as it. Sanitizers catch any read out of bounds.
+// together, the orientation code is a number of quarter turns). Where the first 256 bytes
+// hold a TIFF header, the row is the plain walk's, where that gets through within its
+// budget; where they hold none, every date found lies in an Exif block that the container
+// walkers give. Sanitizers catch any read out of bounds.
 // Built by scripts/test when clang is there (build-fuzz/); by hand:
 //   cmake -S . -B build-fuzz -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang \
 //         -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVELKARO_SANITIZE=ON -DVELKARO_FUZZ=ON \
@@ -14,9 +16,14 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "exif/Container.h"
+#include "platform/BinaryStream.h"
 #include "platform/Listbox.h"
+#include "platform/Convert.h"
 #include "shell/Window1.h"
 #include "support/TiffBuilder.h"
+
+#include <algorithm>
 
 namespace {
 
@@ -50,6 +57,32 @@ QString rowProblem(const Window1& w, int row)
     return problem;
 }
 
+// For a file without a TIFF header in its first 256 bytes: the columns whose text was read
+// from bytes outside the Exif blocks that the walkers find ("" for none). A read outside
+// its block gives nothing, so a text that stands at its position there was read from the file.
+QString outsideBlocks(const Window1& w, const QByteArray& bytes)
+{
+    static const QByteArrayView headers[] = {QByteArrayView("MM\0\x2A", 4), QByteArrayView("II\x2A\0", 4)};
+    const QByteArrayView head = QByteArrayView(bytes).first(std::min<qsizetype>(bytes.size(), 256));
+    if (head.contains(headers[0]) || head.contains(headers[1]))
+        return {};
+    const Handle<BinaryStream> s = BinaryStream::overBytes(bytes);
+    const ContainerLayout layout = locateContainer(*s, Reach::Exif);
+    QString outside;
+    for (int column = 3; column <= 5; ++column) {
+        const QVariant tag = w.ListBox1->CellTag(0, column);
+        const QString text = w.ListBox1->Cell(0, column);
+        const quint64 at = toPosition(tag.toDouble());
+        bool inside = !tag.isValid() || text.isEmpty() || at >= quint64(bytes.size()) ||
+                      bytes.mid(qsizetype(at), text.size()) != text.toLatin1();
+        for (const Span& block : layout.tiff)
+            inside = inside || block.contains(at, quint64(text.size()));
+        if (!inside)
+            outside += QStringLiteral(" column %1").arg(column);
+    }
+    return outside;
+}
+
 }  // namespace
 
 // Fontconfig keeps what it allocates when the window first lays out text, for good.
@@ -76,8 +109,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const QString shown = readBytes(w, bytes);
     if (const QString problem = rowProblem(w, 0); !problem.isEmpty())
         fail("inconsistent row", problem + " in " + shown);
+    if (const QString outside = outsideBlocks(w, bytes); !outside.isEmpty())
+        fail("a date outside the Exif blocks", outside + " in " + shown);
     const QString plain = readBytes(w, bytes, true, kPlainBudget);
-    if (!plain.isEmpty() && plain != shown)
+    if (!plain.isEmpty() && w.TiffOfs >= 0 && plain != shown)
         fail("not as the plain walk", "shown " + shown + ", plain " + plain);
     // What the input made goes with it, so that the fuzzer's leak check finds nothing to do.
     w.ListBox1->DeleteAllRows();

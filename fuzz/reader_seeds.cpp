@@ -1,6 +1,8 @@
 // Writes the seed corpus of the reader's fuzz target into the folder named: camera files in
-// both byte orders, bare and in a JPEG, and small files of the layouts that a plain walk takes
-// long over (pointers back up, loops in the chain, many pointers to one directory).
+// both byte orders, bare and in a JPEG, small files of the layouts that a plain walk takes
+// long over (pointers back up, loops in the chain, many pointers to one directory), and a
+// camera's Exif block in every container: JPEG behind other segments, HEIF and AVIF of each
+// iloc layout, WebP, PNG, CR3, RAF, ORF, RW2.
 // Usage: reader_seeds FOLDER
 
 #include <QCoreApplication>
@@ -8,6 +10,7 @@
 
 #include <cstdio>
 
+#include "support/Containers.h"
 #include "support/TiffBuilder.h"
 
 int main(int argc, char** argv)
@@ -49,6 +52,19 @@ int main(int argc, char** argv)
         deep.entry(2, 34665, 4, 1, deep.number(8 + 12 * 2, 4));  // into directory 0's entries
         deep.next(0, 0);
         seeds << deep.bytes();
+
+        const QByteArray icc = segment(0xE2, "ICC_PROFILE" + QByteArray(300, 'i'));
+        const QByteArray xmp = segment(0xE1, "http://ns.adobe.com/xap/1.0/" + QByteArray(1, '\0') + "<x:xmpmeta/>");
+        const QByteArray iptc = segment(0xED, "Photoshop 3.0" + QByteArray(1, '\0') + "8BIM\x04\x04" + QByteArray(2, '\0') +
+                                                  be(8, 4) + "\x1C\x02\x37\x00\x02" "20");
+        seeds << jpeg(icc + xmp + iptc, file) << raf(jpeg(icc, file), 100);
+        seeds << heif(file, {.pad = 200}) << heif(file, {1, 8, 8, 8, true, 1, 0, 200}) << heif(file, {2, 0, 4, 4, false, 2, 0, 200}, "avif");
+        seeds << webp(file) << png(file) << QByteArray(file).replace(0, 4, le ? "IIRO" : "MMOR");
+        if (le)
+            seeds << QByteArray(file).replace(0, 4, QByteArray("IIU\0", 4));
+        TiffBuilder exif(le);
+        exif.ascii(exif.directory(), 36867, B);
+        seeds << cr3(camera(le, A, {}, {}).bytes(), exif.bytes());
     }
     // A movie: ftyp, then moov with a version 0 movie header, then mdat.
     const auto box = [](const char* type, const QByteArray& body) {

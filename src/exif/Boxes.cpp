@@ -22,6 +22,13 @@ QByteArray readBounded(BinaryStream& s, quint64 position, quint64 n, quint64 end
     return s.Read(qint64(std::min(n, end - position)));
 }
 
+QByteArray readBounded(BinaryStream& s, quint64 position, quint64 n, quint64 end, BoxBudget& budget)
+{
+    const QByteArray bytes = readBounded(s, position, std::min(n, budget.bytes), end);
+    budget.bytes -= quint64(bytes.size());
+    return bytes;
+}
+
 BoxLevel::BoxLevel(BinaryStream& s, quint64 from, quint64 to, BoxBudget& budget)
     : s_(s), at_(from), to_(to), budget_(budget)
 {
@@ -32,7 +39,7 @@ bool BoxLevel::next(Box& b)
     if (at_ >= to_ || to_ - at_ < 8 || budget_.boxes <= 0)
         return false;
     --budget_.boxes;
-    const QByteArray head = readBounded(s_, at_, 32, to_);
+    const QByteArray head = readBounded(s_, at_, 32, to_, budget_);
     if (head.size() < 8)
         return false;
     b = Box{};

@@ -33,10 +33,12 @@ struct Box {
     quint64 bodyLength() const { return end - body; }
 };
 
-// What one file's walk may still spend: boxes taken and levels entered.
+// What one file's walk may still spend: boxes (or segments, or chunks) taken, levels
+// entered, bytes read. Every walker of a file draws on one.
 struct BoxBudget {
     int boxes = 4096;
     int depth = 16;
+    quint64 bytes = 64 << 20;
 };
 
 // The boxes of one level, from `from` to `to` (the parent's body).
@@ -59,5 +61,7 @@ private:
     int depth_ = 0;
 };
 
-// Up to n bytes at position, never past `end`.
+// Up to n bytes at position, never past `end`; with a budget, never more than it has left,
+// which the bytes read are taken from.
 QByteArray readBounded(BinaryStream& s, quint64 position, quint64 n, quint64 end);
+QByteArray readBounded(BinaryStream& s, quint64 position, quint64 n, quint64 end, BoxBudget& budget);

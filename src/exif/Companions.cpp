@@ -1,5 +1,6 @@
 #include "exif/Companions.h"
 
+#include "exif/Checksums.h"
 #include "exif/Movie.h"
 #include "platform/BinaryStream.h"
 
@@ -8,4 +9,5 @@
 void findCompanions(BinaryStream& file, const FolderItem& item, const std::vector<Patch>& dates, Companions& out)
 {
     movieCompanions(file, item, dates, out);
+    refreshChecksums(file, item, dates, out);
 }

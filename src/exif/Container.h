@@ -6,6 +6,7 @@
 // chunks and bytes read, and a broken structure simply ends it: what was found until then
 // stands.
 
+#include <QByteArrayView>
 #include <QtGlobal>
 
 #include <optional>
@@ -40,6 +41,13 @@ struct ContainerLayout {
     std::vector<Checksummed> checksums;
 };
 
+// How far a walk goes: to the Exif blocks (what listing a file needs), or through all the
+// metadata that the file keeps.
+enum class Reach { Exif, Everything };
+
 // The layout of the file on s, by its content (never by its name). Moves the stream's
 // position; never throws on a malformed file.
-ContainerLayout locateContainer(BinaryStream& s);
+ContainerLayout locateContainer(BinaryStream& s, Reach reach = Reach::Everything);
+
+// The CRC-32 of PNG chunks (ISO 3309), over bytes, continued from crc.
+quint32 crc32(QByteArrayView bytes, quint32 crc = 0);

@@ -2,6 +2,7 @@
 
 #include <QtEndian>
 
+#include <algorithm>
 #include <bit>
 #include <cerrno>
 #include <cstring>
@@ -115,13 +116,13 @@ Handle<BinaryStream> BinaryStream::fromDescriptor(int fd, bool write)
         std::allocate_shared<BinaryStream>(ReusingAllocator<BinaryStream>(), Token{}, fd, write));
 }
 
-Handle<BinaryStream> BinaryStream::overBytes(const QByteArray& bytes)
+Handle<BinaryStream> BinaryStream::overBytes(const QByteArray& bytes, quint64 base)
 {
-    return Handle<BinaryStream>(std::make_shared<BinaryStream>(Token{}, bytes));
+    return Handle<BinaryStream>(std::make_shared<BinaryStream>(Token{}, bytes, std::min(base, kMaxOffset)));
 }
 
 BinaryStream::BinaryStream(Token, int fd, bool writable) : fd_(fd), writable_(writable) {}
-BinaryStream::BinaryStream(Token, const QByteArray& bytes) : inMemory_(true), memory_(bytes) {}
+BinaryStream::BinaryStream(Token, const QByteArray& bytes, quint64 base) : inMemory_(true), memory_(bytes), base_(base) {}
 
 BinaryStream::~BinaryStream() { Close(); }
 
@@ -139,7 +140,7 @@ quint64 BinaryStream::Length() const
 qint64 BinaryStream::fileSize() const
 {
     if (inMemory_)
-        return memory_.size();
+        return qint64(base_) + memory_.size();
     return fd_ < 0 ? -1 : sizeOf(fd_);
 }
 
@@ -148,8 +149,9 @@ qint64 BinaryStream::readAt(char* out, qint64 count, quint64 offset) const
     if (!isOpen() || count <= 0 || offset > kMaxOffset)
         return 0;
     if (inMemory_) {
-        if (offset >= quint64(memory_.size()))
+        if (offset < base_ || offset - base_ >= quint64(memory_.size()))
             return 0;
+        offset -= base_;
         const qint64 n = qMin<qint64>(count, memory_.size() - qint64(offset));
         std::memcpy(out, memory_.constData() + offset, size_t(n));
         return n;
@@ -168,9 +170,10 @@ const char* BinaryStream::take(qint64& count)
     const quint64 pos = position_;
     if (inMemory_) {  // no window: the bytes are at hand
         const quint64 size = quint64(memory_.size());
-        count = pos < size ? qint64(qMin(quint64(count), size - pos)) : 0;
+        const quint64 at = pos - base_;
+        count = pos >= base_ && at < size ? qint64(qMin(quint64(count), size - at)) : 0;
         position_ = pos + quint64(count);
-        return memory_.constData() + (count ? pos : 0);
+        return memory_.constData() + (count ? at : 0);
     }
     const bool cached = windowLength_ > 0 && pos >= windowStart_
                         && pos - windowStart_ <= quint64(windowLength_)

@@ -11,8 +11,10 @@
 // negative Double position, converted by toPosition, lies far beyond any end.
 class BinaryStream {
 public:
-    // A read-only stream over bytes in memory, read exactly as a file of those bytes.
-    static Handle<BinaryStream> overBytes(const QByteArray& bytes);
+    // A read-only stream over bytes in memory, read exactly as a file of those bytes; with a
+    // base, as the stretch of a file that begins there: positions keep counting from the
+    // file's start, and nothing before the base or after the bytes can be read.
+    static Handle<BinaryStream> overBytes(const QByteArray& bytes, quint64 base = 0);
     ~BinaryStream();
     BinaryStream(const BinaryStream&) = delete;
     BinaryStream& operator=(const BinaryStream&) = delete;
@@ -22,6 +24,7 @@ public:
     bool LittleEndian() const;
     void setLittleEndian(bool littleEndian);
     quint64 Length() const;
+    quint64 Base() const { return base_; }  // the first position that holds a byte: 0 but over a stretch
 
     // Up to count bytes from the position; the position moves by what was read.
     QByteArray Read(qint64 count);
@@ -43,7 +46,7 @@ private:
 
 public:
     BinaryStream(Token, int fd, bool writable);
-    BinaryStream(Token, const QByteArray& bytes);
+    BinaryStream(Token, const QByteArray& bytes, quint64 base);
 
 private:
     // Points at up to count bytes (count <= kWindow, or any count over memory) at the
@@ -64,6 +67,7 @@ private:
     int fd_ = -1;
     bool inMemory_ = false;  // then memory_ stands for the file
     QByteArray memory_;
+    quint64 base_ = 0;  // of memory_ in the file it stands for
     bool writable_ = false;
     bool littleEndian_ = false;
     quint64 position_ = 0;

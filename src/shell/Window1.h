@@ -107,6 +107,8 @@ public:
 
     // ---- src/exif: the TIFF/Exif walk -----------------------------------------------------
     void getExifInfo();
+    void walkIFDChain(double position);  // ExifWalk.cpp: the chain from that directory on
+    void getExifByStructure();           // ExifByStructure.cpp: files the first bytes don't serve
     double getIFDEntry();
     double analyzeIFD(double pos);  // the next offset in the chain; entries are getExifInfo's
     QString culcType(int tag, QByteArrayView value, int type, qint64 count);

@@ -1,9 +1,7 @@
 // The Exif reader, driven through addFileToTable: what each entry type shows, where the walk
-// goes and where it stops, and what exiftool says of real files. Broken files are the fuzz
-// target's (fuzz/), which scripts/test runs.
+// goes and where it stops. Real files and other containers are tst_containers'; broken files
+// are the fuzz target's (fuzz/), which scripts/test runs.
 #include <QtTest>
-
-#include <QProcess>
 
 #include "platform/Listbox.h"
 #include "shell/Window1.h"
@@ -108,8 +106,6 @@ private slots:
         QTest::newRow("Exif pointer without text: the header as a directory") << f << seen(f, {A, {}, C});
         f = cameraFile(LE).left(40) + cameraFile(BE);
         QTest::newRow("MM after II: the big-endian header is read") << f << seen(f, {A, B, C}, 1);
-        f = h("FFD8FFE0012E") + QByteArray(300, 'j') + TiffBuilder::jpeg(cameraFile(BE)).mid(2);
-        QTest::newRow("JPEG with a long segment before Exif") << f << nothing;
         QTest::newRow("negative first offset") << cameraFile(BE).replace(4, 4, h("FFFFFF9C")) << nothing;
         f = cameraFile(LE).replace(8, 2, h("FFFF"));
         QTest::newRow("count of 65535 in a short file") << f << seen(f, {A, B, C}, 1);
@@ -217,40 +213,6 @@ private slots:
         QCOMPARE(add(file), plain);
         if (!seen.isEmpty())
             QCOMPARE(plain, seen);
-    }
-
-    // JPEGs written by exiftool: the dates it reports, where they stand, and the turns that
-    // its orientation value asks for.
-    void sameAsExiftool_data()
-    {
-        QTest::addColumn<QStringList>("writes");
-        const QString thumbnail = "-ThumbnailImage<=" + tmp.filePath("thumbnail.jpg");
-        const QStringList dates{"-IFD0:ModifyDate=2001:02:03 04:05:06", "-ExifIFD:DateTimeOriginal=2002:03:04 05:06:07",
-                                "-ExifIFD:CreateDate=2003:04:05 06:07:08"};
-        QTest::newRow("MM, orientation 6, thumbnail") << QStringList{"-ExifByteOrder=MM", "-IFD0:Orientation#=6", thumbnail} + dates;
-        QTest::newRow("II, mirrored 5, thumbnail, no 306") << QStringList{"-ExifByteOrder=II", "-IFD0:Orientation#=5", thumbnail} + dates.mid(1);
-        QTest::newRow("MM, shooting date only") << QStringList{"-ExifByteOrder=MM", dates[1]};
-    }
-
-    void sameAsExiftool()
-    {
-        QFETCH(QStringList, writes);
-        if (QStandardPaths::findExecutable(QStringLiteral("exiftool")).isEmpty())
-            QSKIP("exiftool is not installed");
-        QImage picture(96, 64, QImage::Format_RGB32);
-        picture.fill(Qt::darkCyan);
-        const QString path = tmp.filePath("real.jpg");
-        QVERIFY(picture.save(path) && picture.scaled(24, 16).save(tmp.filePath("thumbnail.jpg")));
-        QCOMPARE(QProcess::execute("exiftool", QStringList{"-q", "-overwrite_original"} + writes + QStringList{path}), 0);
-        QProcess exiftool;
-        exiftool.start("exiftool", {"-s3", "-f", "-IFD0:ModifyDate", "-ExifIFD:DateTimeOriginal", "-ExifIFD:CreateDate", "-IFD0:Orientation#", path});
-        QVERIFY(exiftool.waitForFinished(60000));
-        const QList<QByteArray> told = exiftool.readAllStandardOutput().replace("-\n", "\n").split('\n');  // "-": none
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QByteArray content = file.readAll();
-        const int codes[] = {-1, 0, 0, 2, 2, 3, 1, 1, 3};
-        QCOMPARE(add(content), seen(content, told.mid(0, 3), codes[told.value(3).toInt()]));
     }
 };
 
