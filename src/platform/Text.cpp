@@ -203,15 +203,6 @@ QString Chr(uint code)
     return QString::fromUcs4(&c, 1);
 }
 
-uint Asc(const QString& text)
-{
-    if (text.isEmpty())
-        return 0;
-    if (text.size() > 1 && text[0].isHighSurrogate() && text[1].isLowSurrogate())
-        return QChar::surrogateToUcs4(text[0], text[1]);
-    return text[0].unicode();
-}
-
 qint64 Len(const QString& text)
 {
     qint64 count = 0;
@@ -223,18 +214,6 @@ qint64 Len(const QString& text)
 qint64 LenB(const QString& text)
 {
     return text.toUtf8().size();
-}
-
-QString Mid(const QString& text, qint64 start, qint64 length)
-{
-    if (start < 1)
-        start = 1;
-    if (length == 0)
-        return QString();
-    const qsizetype from = advance(text, 0, start - 1);
-    if (length < 0)
-        return text.mid(from);
-    return text.mid(from, advance(text, from, length) - from);
 }
 
 QString Right(const QString& text, qint64 count)
@@ -292,15 +271,6 @@ QStringList Split(const QString& text, const QString& separator)
 qint64 LenB(const QByteArray& bytes)
 {
     return bytes.size();
-}
-
-QByteArray LeftB(const QByteArray& bytes, qint64 count)
-{
-    if (count <= 0)
-        return QByteArray();
-    if (count >= bytes.size())
-        return bytes;
-    return bytes.left(qsizetype(count));
 }
 
 QByteArray MidB(const QByteArray& bytes, qint64 start, qint64 length)

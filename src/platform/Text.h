@@ -28,11 +28,8 @@ QString Hex(qint64 value);
 
 // Characters are Unicode code points: a surrogate pair counts as one.
 QString Chr(uint code);                        // "" for a surrogate or beyond U+10FFFF
-uint Asc(const QString& text);                 // code of the first character, 0 for ""
 qint64 Len(const QString& text);               // characters
 qint64 LenB(const QString& text);              // bytes of the UTF-8 form
-// A start of 0 or below reads as 1; a negative length takes the rest.
-QString Mid(const QString& text, qint64 start, qint64 length = -1);
 QString Right(const QString& text, qint64 count);
 // Searches and separators match exactly, case included. An empty find replaces nothing;
 // an empty separator leaves the text one whole field.
@@ -45,7 +42,6 @@ QStringList Split(const QString& text, const QString& separator);
 
 // Byte strings.
 qint64 LenB(const QByteArray& bytes);
-QByteArray LeftB(const QByteArray& bytes, qint64 count);          // count <= 0 gives ""
 // A start of 0 or below reads as 1; a negative length takes the rest.
 QByteArray MidB(const QByteArray& bytes, qint64 start, qint64 length = -1);
 uint AscB(const QByteArray& bytes);                                // first byte, 0 for ""

@@ -1,14 +1,14 @@
 // The execute run: the scheduled dates go into the ticked cells' files. The table is the
-// only source of what to do and where; the files are not parsed again. Before the first
-// byte is written, every item that the run will touch is checked against what was listed,
-// and every date's 19 bytes against its cell: if anything fails, nothing is written at
-// all, and the report names each date that failed.
+// only source of what to do and where; the files are read again only for what moves with
+// the dates. Before the first byte is written, every item that the run will touch is
+// checked against what was listed, and every change's bytes against what they were: if
+// anything fails, nothing is written at all, and the report names each date that failed.
 
 #include <QHashFunctions>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QSet>
 
+#include <functional>
 #include <map>
 #include <stdexcept>
 #include <unordered_map>
@@ -16,15 +16,14 @@
 #include <vector>
 
 #include "platform/BusyPointer.h"
-#include "platform/Convert.h"
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
 #include "platform/ListboxModel.h"
 #include "platform/MsgBox.h"
 #include "platform/PinnedItem.h"
-#include "platform/Text.h"
 #include "platform/TextId.h"
 #include "shell/Window1.h"
+#include "writeback/RunPlan.h"
 
 namespace {
 
@@ -32,155 +31,7 @@ namespace {
 const QString kExecuteQuestion =
     QStringLiteral("変更予定値を直接ファイルに書込みます。") + QStringLiteral("\n") + QStringLiteral("よろしいですか。");
 constexpr int kOkCancelQuestion = 33;
-constexpr int kDateLength = 19;  // an Exif date's text, without its NUL
 constexpr int kNamedAtMost = 20;  // dates named in a report; the rest are counted
-
-// One ticked Exif date of a row.
-struct ExifWrite {
-    int column;
-    quint64 position;   // 0: not known (never noted, or no place a date can start)
-    QByteArray cell;    // the cell's text: what the file held there when it was listed
-    QByteArray before;  // what the run expects there: the cell's text, or the date that an
-                        // earlier row of the same file writes to the same place
-    QByteArray after;
-};
-
-// What the run does to one row, worked out from the table alone.
-struct RowPlan {
-    int row = 0;
-    FolderItem file;
-    QString fileDate, exifDate;  // the scheduled date as columns 1-2 and 3-5 show it
-    FileTime aim;
-    std::vector<ExifWrite> exif;  // columns 3 to 5, in this order
-    bool creation = false;
-    bool modification = false;
-    bool restore = false;  // the modification time noted at listing is put back
-    std::optional<FileTime> noted;
-
-    bool touchesFile() const { return !exif.empty() || creation || modification || restore; }
-};
-
-struct RunPlan {
-    std::vector<RowPlan> rows;  // in table order, only rows that the run touches
-    int exifDates = 0;
-    int exifFiles = 0;
-    int creationsKept = 0;  // ticked creation dates that this system cannot set
-};
-
-// An Exif date text, "dddd:dd:dd dd:dd:dd": exactly the 19 bytes that replace a date in a
-// file. Any other text would spill over the field or leave part of the old one.
-bool isExifDateText(QByteArrayView s)
-{
-    static constexpr char form[] = "dddd:dd:dd dd:dd:dd";
-    if (s.size() != kDateLength)
-        return false;
-    for (qsizetype i = 0; i < s.size(); ++i) {
-        const bool digit = s[i] >= '0' && s[i] <= '9';
-        if (form[i] == 'd' ? !digit : s[i] != form[i])
-            return false;
-    }
-    return true;
-}
-
-// The time to put back: the Date of the tag, which the row keeps in whole seconds, to the
-// nanosecond where the listing noted that same moment.
-FileTime restoreTime(const Date& tagged, const FolderItem& f)
-{
-    if (f.Listing() && f.Listing()->modification.toDate() == tagged)
-        return f.Listing()->modification;
-    return {tagged.toUnixTime(), 0};
-}
-
-// A place in a file from a cell's tag: none for a tag that is no number, and none at 0 or
-// before, where no date can start.
-quint64 placeOf(const QVariant& tag)
-{
-    bool number = false;
-    const double at = tag.toDouble(&number);
-    return number && at >= 1 ? toPosition(at) : 0;
-}
-
-// The run's rows with the dates, ticks and positions of each, as the table gives them and
-// without touching a file. The restore flag is carried from row to row as the run carries
-// it: set by an Exif date, cleared by a ticked modification date, left by a row without a
-// scheduled date.
-RunPlan planRun(Window1& w, int count)
-{
-    Listbox* t = w.ListBox1;
-    RunPlan plan;
-    // Where an earlier row writes a date: its file's identity and the place.
-    struct Place {
-        quint64 device, inode, position;
-        bool operator==(const Place& o) const { return device == o.device && inode == o.inode && position == o.position; }
-    };
-    struct PlaceHash {
-        size_t operator()(const Place& p) const { return qHashMulti(0, p.device, p.inode, p.position); }
-    };
-    std::unordered_map<Place, QByteArray, PlaceHash> written;
-    written.reserve(size_t(count) * 3);
-    QSet<QString> exifFiles;
-    bool restore = false;
-    for (int row = 0; row < count; ++row) {
-        // One date serves all of the row's ticks, so that writing the base column does not
-        // move the columns after it.
-        const std::optional<Date> aim = w.culcAimValue(row);
-        if (!aim)
-            continue;
-        RowPlan p;
-        p.row = row;
-        p.file = t->CellTag(row, 0).value<FolderItem>();
-        p.fileDate = aim->SQLDateTime();
-        p.exifDate = ReplaceAll(p.fileDate, QStringLiteral("-"), QStringLiteral(":"));
-        p.aim = {aim->toUnixTime(), 0};
-        const QByteArray after = p.exifDate.toLatin1();
-        for (int column = 3; column <= 5; ++column) {
-            if (!t->CellCheck(row, column))
-                continue;
-            ExifWrite e{column, placeOf(t->CellTag(row, column)), t->Cell(row, column).toLatin1(), {}, after};
-            e.before = e.cell;
-            if (p.file.Listing() && e.position) {
-                const Place place{p.file.Listing()->device, p.file.Listing()->inode, e.position};
-                auto [earlier, first] = written.try_emplace(place, after);
-                if (!first)
-                    e.before = std::exchange(earlier->second, after);
-            }
-            p.exif.push_back(std::move(e));
-            restore = true;
-        }
-        p.creation = t->CellCheck(row, 1);
-        p.modification = t->CellCheck(row, 2);
-        if (p.modification)
-            restore = false;
-        p.restore = restore;
-        const QVariant tagged = t->CellTag(row, 2);
-        if (p.restore && tagged.metaType() == QMetaType::fromType<Date>() && !p.file.isNil())
-            p.noted = restoreTime(tagged.value<Date>(), p.file);
-        if (!p.touchesFile())
-            continue;
-        plan.exifDates += int(p.exif.size());
-        if (!p.exif.empty())
-            exifFiles.insert(p.file.isNil() ? QString() : p.file.path());
-        if (p.creation && !PinnedItem::canSetCreationTime())
-            ++plan.creationsKept;
-        plan.rows.push_back(std::move(p));
-    }
-    plan.exifFiles = int(exifFiles.size());
-    return plan;
-}
-
-// The confirmation's smaller text: what the run will do, counted from the ticks.
-QString summaryOf(const RunPlan& plan)
-{
-    QString text = textById("Run.summary", "Dates to be overwritten in place: %1, in %2 files.")
-                       .arg(plan.exifDates)
-                       .arg(plan.exifFiles);
-    if (plan.creationsKept > 0)
-        text += QLatin1Char('\n')
-                + textById("Run.creationsKept",
-                            "Ticked creation dates that stay as they are, since this system cannot set them: %1.")
-                      .arg(plan.creationsKept);
-    return text;
-}
 
 QString changedWhy(quint64 position, const QByteArray& expected)
 {
@@ -205,22 +56,35 @@ QString nameOf(const RowPlan& p)
                           : QStringLiteral("“%1”").arg(p.file.path());
 }
 
+// Why a change can no longer be made as planned: the bytes at its place are not what they
+// were; empty when they are.
+QString patchWhy(PinnedItem& item, const Patch& c)
+{
+    const QByteArray there = item.readAt(c.position, c.before.size());
+    QString why;
+    if (there.size() < c.before.size())
+        why = textById("Run.pastEnd", "the file ends before the place of this date (byte %1)").arg(c.position);
+    else if (there != c.before)
+        why = changedWhy(c.position, c.before);
+    return why.isEmpty() || c.isDate() ? why : QStringLiteral("%1: %2").arg(c.what, why);
+}
+
+// Why the item is not the one that was found, or cannot be opened for the change; empty
+// when it can.
+QString itemWhy(PinnedItem& item, const FolderItem& f, const ItemStatus& was)
+{
+    ItemStatus now;
+    if (!item.isOpen() || !item.status(now))
+        return item.why();
+    return now.sameItem(was) ? QString() : replacedWhy(f, now);
+}
+
 // The reasons, by column, why a row's ticked dates cannot be changed safely; empty when
-// they all can. Reads the 19 bytes of each Exif date and nothing else.
+// they all can. Reads the bytes of each change and nothing else.
 std::map<int, QString> checkRow(const RowPlan& p)
 {
-    std::map<int, QString> why;
-    std::vector<int> columns;
-    for (const ExifWrite& e : p.exif) {
-        columns.push_back(e.column);
-        if (!isExifDateText(e.after))
-            why[e.column] = textById("Run.aimNoExifDate", "the scheduled date %1 cannot be written as an Exif date")
-                                .arg(p.exifDate);
-        else if (e.position == 0)
-            why[e.column] = textById("Run.placeUnknown", "the place of this date in the file is not known");
-        else if (!isExifDateText(e.cell))
-            why[e.column] = textById("Run.noDateInCell", "the table holds no Exif date here");
-    }
+    std::map<int, QString> why = p.unwritable;
+    std::vector<int> columns = p.exifColumns;
     if (p.creation)
         columns.push_back(1);
     if (p.modification || p.restore)
@@ -230,34 +94,35 @@ std::map<int, QString> checkRow(const RowPlan& p)
                            "the modification date it had when it was listed is not known, so it could not be put back");
 
     // The item itself: the one listed, and open to what the run does to it.
-    QString itemWhy;
+    QString whyNot;
     std::optional<PinnedItem> item;
-    ItemStatus now;
     if (p.file.isNil())
-        itemWhy = textById("Run.noFile", "no file is known for this row");
+        whyNot = textById("Run.noFile", "no file is known for this row");
     else if (!p.file.Listing())
-        itemWhy = textById("Run.notListed", "it is not known which file was listed here");
+        whyNot = textById("Run.notListed", "it is not known which file was listed here");
     else {
-        item.emplace(p.file, p.exif.empty() ? PinnedItem::Dates : PinnedItem::Contents);
-        if (!item->isOpen() || !item->status(now))
-            itemWhy = item->why();
-        else if (!now.sameItem(*p.file.Listing()))
-            itemWhy = replacedWhy(p.file, now);
+        item.emplace(p.file, p.writesContents() ? PinnedItem::Contents : PinnedItem::Dates);
+        whyNot = itemWhy(*item, p.file, *p.file.Listing());
     }
     for (int column : columns)
-        if (!itemWhy.isEmpty() && !why.count(column))
-            why[column] = itemWhy;
-    if (!itemWhy.isEmpty())
+        if (!whyNot.isEmpty() && !why.count(column))
+            why[column] = whyNot;
+    if (!whyNot.isEmpty())
         return why;
-    for (const ExifWrite& e : p.exif) {
-        if (why.count(e.column))
-            continue;
-        const QByteArray there = item->readAt(e.position, kDateLength);
-        if (there.size() < kDateLength)
-            why[e.column] = textById("Run.pastEnd", "the file ends before the place of this date (byte %1)")
-                                .arg(e.position);
-        else if (there != e.cell)
-            why[e.column] = changedWhy(e.position, e.cell);
+    for (const Patch& c : p.patches)
+        if (!why.count(c.column))
+            if (const QString w = patchWhy(*item, c); !w.isEmpty())
+                why[c.column] = w;
+    for (const FilePatches& other : p.others) {
+        PinnedItem beside(other.file, PinnedItem::Contents);
+        const QString besideWhy = other.found ? itemWhy(beside, other.file, *other.found) : beside.why();
+        for (const Patch& c : other.patches) {
+            if (why.count(c.column))
+                continue;
+            const QString w = besideWhy.isEmpty() ? patchWhy(beside, c) : besideWhy;
+            if (!w.isEmpty())
+                why[c.column] = QStringLiteral("“%1”, %2").arg(other.file.path(), w);
+        }
     }
     return why;
 }
@@ -322,23 +187,76 @@ private:
     }
 };
 
-// One row, in the order the run has always had: Exif dates, creation date, modification
-// date, then the noted modification time put back. Each Exif date is compared once more
-// through the same open just before it is written.
-void carryOut(Listbox* t, const RowPlan& p)
+// What each place of the run holds now, where the run has written it: a file listed in
+// two rows has its second date compared with what the first wrote.
+class Written {
+public:
+    QByteArray expected(const ItemStatus& s, const Patch& c) const
+    {
+        auto it = now_.find(Place{s.device, s.inode, c.position});
+        return it == now_.end() ? c.before : it->second;
+    }
+    void wrote(const ItemStatus& s, const Patch& c) { now_[Place{s.device, s.inode, c.position}] = c.after; }
+
+private:
+    struct Place {
+        quint64 device, inode, position;
+        bool operator==(const Place& o) const { return device == o.device && inode == o.inode && position == o.position; }
+    };
+    struct PlaceHash {
+        size_t operator()(const Place& p) const { return qHashMulti(0, p.device, p.inode, p.position); }
+    };
+    std::unordered_map<Place, QByteArray, PlaceHash> now_;
+};
+
+// The changes of one file through its open item, each compared once more just before it is
+// written.
+void writePatches(PinnedItem& item, const ItemStatus& s, const std::vector<Patch>& patches, Written& written,
+                  const std::function<void(const Patch&, const QString&)>& stop,
+                  const std::function<void(const Patch&)>& done)
 {
-    PinnedItem item(p.file, p.exif.empty() ? PinnedItem::Dates : PinnedItem::Contents);
+    for (const Patch& c : patches) {
+        const QByteArray expected = written.expected(s, c);
+        if (item.readAt(c.position, expected.size()) != expected)
+            stop(c, changedWhy(c.position, expected));
+        if (!item.writeAt(c.position, c.after))
+            stop(c, item.why());
+        written.wrote(s, c);
+        done(c);
+    }
+}
+
+// One row, in the order the run has always had: Exif dates (and what moves with them),
+// creation date, modification date, then the noted modification time put back.
+void carryOut(Listbox* t, const RowPlan& p, Written& written)
+{
+    PinnedItem item(p.file, p.writesContents() ? PinnedItem::Contents : PinnedItem::Dates);
     ItemStatus now;
     if (!item.isOpen() || !item.status(now))
         throw RunStopped(t, p, -1, item.why());
     if (!now.sameItem(*p.file.Listing()))
         throw RunStopped(t, p, -1, replacedWhy(p.file, now));
-    for (const ExifWrite& e : p.exif) {
-        if (item.readAt(e.position, kDateLength) != e.before)
-            throw RunStopped(t, p, e.column, changedWhy(e.position, e.before));
-        if (!item.writeAt(e.position, e.after))
-            throw RunStopped(t, p, e.column, item.why());
-        t->setCell(p.row, e.column, p.exifDate);
+    writePatches(
+        item, now, p.patches, written, [&](const Patch& c, const QString& why) { throw RunStopped(t, p, c.column, why); },
+        [&](const Patch& c) {
+            if (c.isDate())
+                t->setCell(p.row, c.column, p.exifDate);
+        });
+    for (const FilePatches& other : p.others) {
+        if (other.patches.empty())
+            continue;
+        PinnedItem beside(other.file, PinnedItem::Contents);
+        ItemStatus s;
+        const auto stop = [&](const Patch& c, const QString& why) {
+            throw RunStopped(t, p, c.column, QStringLiteral("“%1”, %2").arg(other.file.path(), why));
+        };
+        if (!beside.isOpen() || !beside.status(s))
+            stop(other.patches.front(), beside.why());
+        if (other.found && !s.sameItem(*other.found))
+            stop(other.patches.front(), replacedWhy(other.file, s));
+        writePatches(beside, s, other.patches, written, stop, [](const Patch&) {});
+        if (!beside.close())
+            stop(other.patches.front(), beside.why());
     }
     const bool creationSettable = PinnedItem::canSetCreationTime();
     if (p.creation && creationSettable) {
@@ -375,7 +293,9 @@ void Window1::bindWritebackHandlers()
 
 QStringList Window1::checkExecute()
 {
-    return checkPlan(ListBox1, planRun(*this, ListBox1->ListCount()));
+    RunPlan plan = planRun(*this, ListBox1->ListCount());
+    findCompanions(plan);
+    return checkPlan(ListBox1, plan);
 }
 
 void Window1::ExecuteBtn_Action()
@@ -383,14 +303,16 @@ void Window1::ExecuteBtn_Action()
     const int count = ListBox1->ListCount();
     if (count < 1 || AimValue(0)->text().isEmpty())
         return;
-    const RunPlan plan = planRun(*this, count);
+    RunPlan plan = planRun(*this, count);
+    findCompanions(plan);
     if (MsgBox(kExecuteQuestion, kOkCancelQuestion, QString(), summaryOf(plan)) != 1)
         return;
     const QStringList failed = checkPlan(ListBox1, plan);
     if (!failed.isEmpty())
         throw CheckFailed(failed);
+    Written written;
     for (const RowPlan& p : plan.rows) {
         stillBusy();
-        carryOut(ListBox1, p);
+        carryOut(ListBox1, p, written);
     }
 }
