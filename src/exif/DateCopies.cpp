@@ -101,11 +101,20 @@ void moveIptcCopies(QByteArrayView block, quint64 base, const std::vector<Shift>
     }
 }
 
-FileCopies findDateCopies(BinaryStream& s, const FolderItem& item, const ContainerLayout& layout,
-                          const std::vector<Shift>& shifts, const std::vector<quint64>& datePositions)
+void moveDateCopies(BinaryStream& s, const FolderItem& item, const ContainerLayout& layout,
+                    const std::vector<Patch>& dates, Companions& out)
 {
-    FileCopies out;
+    std::vector<Shift> shifts;
+    std::vector<quint64> datePositions;
+    for (const Patch& d : dates)
+        if (d.isDate()) {
+            shifts.push_back({d.column, d.before, d.after});
+            datePositions.push_back(d.position);
+        }
+    if (shifts.empty())
+        return;
     const QString place = QStringLiteral("“%1”").arg(item.path());
+    CopyFindings inFile;
     std::vector<Span> xmp = layout.xmp, iptc = layout.iptc;
     for (const Span& block : layout.tiff) {
         TiffCopies t = findTiffCopies(s, block);
@@ -117,31 +126,40 @@ FileCopies findDateCopies(BinaryStream& s, const FolderItem& item, const Contain
                 continue;
             const QByteArray there = readBounded(s, d.position, 19, d.position + 19);
             if (there == step.shift->before) {
-                add(out.inFile, d.position, there, step.shift->after, d.column, d.what);
-                ++out.inFile.moved;
+                add(inFile, d.position, there, step.shift->after, d.column, d.what);
+                ++inFile.moved;
             } else if (exifStamp(there)) {
-                out.inFile.kept << keptLine(place, d.what, copyWhy(Moved::Differs, there));
+                inFile.kept << keptLine(place, d.what, copyWhy(Moved::Differs, there));
             }
         }
     }
     for (const Span& span : xmp) {
-        const QByteArray packet = readSpan(s, span);
         if (span.length > quint64(kMaxXmpPacket))
-            out.inFile.kept << keptLine(place, xmpAt(span.position), xmpTooLargeWhy());
+            inFile.kept << keptLine(place, xmpAt(span.position), xmpTooLargeWhy());
         else
-            moveXmpCopies(packet, span.position, shifts, place, out.inFile);
+            moveXmpCopies(readSpan(s, span), span.position, shifts, place, inFile);
     }
     for (const Span& span : iptc)
-        moveIptcCopies(readSpan(s, span), span.position, shifts, place, out.inFile);
+        moveIptcCopies(readSpan(s, span), span.position, shifts, place, inFile);
+    for (const CopyEdit& e : inFile.edits)
+        out.patches.push_back({e.position, e.before, e.after, e.column, e.what});
+    out.kept += inFile.kept;
+    out.copies += inFile.moved;
+
     for (Sidecar& c : findSidecars(item)) {
-        SidecarCopies sc{c.file, {}};
         const QString where = QStringLiteral("“%1”").arg(c.file.path());
+        CopyFindings found;
         if (!c.why.isEmpty())
-            sc.found.kept << keptLine(where, QStringLiteral("XMP"), c.why);
+            found.kept << keptLine(where, QStringLiteral("XMP"), c.why);
         else
-            moveXmpCopies(c.bytes, 0, shifts, where, sc.found);
-        if (!sc.found.kept.isEmpty() || !sc.found.edits.empty())
-            out.sidecars.push_back(std::move(sc));
+            moveXmpCopies(c.bytes, 0, shifts, where, found);
+        out.kept += found.kept;
+        out.copies += found.moved;
+        if (found.edits.empty())
+            continue;
+        FilePatches beside{c.file, c.file.Listing(), {}};
+        for (const CopyEdit& e : found.edits)
+            beside.patches.push_back({e.position, e.before, e.after, e.column, e.what});
+        out.others.push_back(std::move(beside));
     }
-    return out;
 }

@@ -8,6 +8,7 @@
 
 #include <vector>
 
+#include "exif/Companions.h"
 #include "exif/Container.h"
 #include "exif/CopyForms.h"
 #include "platform/FolderItem.h"
@@ -19,16 +20,8 @@ void moveXmpCopies(QByteArrayView packet, quint64 base, const std::vector<Shift>
 void moveIptcCopies(QByteArrayView block, quint64 base, const std::vector<Shift>& shifts, const QString& place,
                     CopyFindings& out);
 
-struct SidecarCopies {
-    FolderItem file;
-    CopyFindings found;
-};
-struct FileCopies {
-    CopyFindings inFile;
-    std::vector<SidecarCopies> sidecars;
-};
-
-// Everything for one file read through s: the duplicates in its TIFF blocks (but the
-// cells' own dates at datePositions), its XMP packets and IPTC blocks, and its sidecars.
-FileCopies findDateCopies(BinaryStream& s, const FolderItem& item, const ContainerLayout& layout,
-                          const std::vector<Shift>& shifts, const std::vector<quint64>& datePositions);
+// The copies step of findCompanions, for one file read through s whose layout is given:
+// the duplicates in its TIFF blocks (but the dates' own places), its XMP packets and IPTC
+// blocks, and its sidecars, for the dates among `dates`.
+void moveDateCopies(BinaryStream& s, const FolderItem& item, const ContainerLayout& layout,
+                    const std::vector<Patch>& dates, Companions& out);

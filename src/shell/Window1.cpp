@@ -63,6 +63,7 @@ Window1::Window1(QWidget* parent) : QMainWindow(parent)
     bindWritebackHandlers();
     bindPreviewHandlers();
     bindMenu();
+    bindKeepCopies();
 
     openTableControls();
     openTargetControls();

@@ -98,6 +98,7 @@ public:
     void bindWritebackHandlers();  // src/writeback/
     void bindPreviewHandlers();    // src/preview/
     void bindMenu();               // src/shell/MenuBar1.cpp
+    void bindKeepCopies();         // src/writeback/KeepCopies.cpp
     void openTableControls();      // ListBox1_Open, ListHeader_Open
     void openTargetControls();     // BaseKind_Open (1, 2, 4, 5, 3), AddValue_Open (0..5)
 
@@ -153,6 +154,9 @@ public:
     // The check that comes before the first byte of a run: a line for each ticked date that
     // cannot be changed safely. Reads the files, writes nothing.
     QStringList checkExecute();
+    // Whether copies of the dates in XMP, IPTC and other directories move with them (the
+    // Edit menu's checkable item, ticked at start).
+    bool keepCopiesInStep() const;
 
     // ---- src/preview: preview pane and hover tag ------------------------------------------
     void drawCanvas(int row);

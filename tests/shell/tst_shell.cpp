@@ -145,6 +145,7 @@ private slots:
     }
 
     // Quit on the bar, then the Edit menu; the separators share a name and differ by index.
+    // Copies in XMP and IPTC are kept in step at every start.
     void menu()
     {
         auto* bar = qobject_cast<MenuBar1*>(w->menuBar());
@@ -155,12 +156,14 @@ private slots:
             QCOMPARE(bar->lookup(a->objectName(), index.isValid() ? index.toInt() : -1), a);
             const QAction::MenuRole role = a->menuRole();
             items << nameOf(a) + ' ' + (a->isSeparator() ? "-" : a->text() + ' ' + a->shortcut().toString()) +
-                         (role == QAction::QuitRole ? " quit" : role == QAction::AboutRole ? " about" : "");
+                         (role == QAction::QuitRole ? " quit" : role == QAction::AboutRole ? " about" : "")
+                     + (a->isCheckable() ? a->isChecked() ? " ticked" : " unticked" : "");
         }
         QCOMPARE(items, (QStringList{"FileQuit Quit Ctrl+Q quit", "EditMenu(0) Edit ", "EditUndo Undo Ctrl+Z",
                                      "EditRedo Redo Ctrl+Shift+Z", "UntitledSeparator(1) -", "EditCut Cut Ctrl+X",
                                      "EditCopy Copy Ctrl+C", "EditPaste Paste Ctrl+V", "EditClear Clear ",
-                                     "UntitledSeparator(2) -", "AppleAbout About This App  about"}));
+                                     "UntitledSeparator(2) -", "EditKeepCopies Keep copies in XMP and IPTC in step  ticked",
+                                     "AppleAbout About This App  about"}));
     }
 
     // The Edit items act on the focused add value, whose own change signal reports it. (A
