@@ -57,14 +57,16 @@ Moved move(QByteArrayView text, const std::vector<Field>& fields, const Stamp& o
     return {Moved::Moves, after};
 }
 
-// A zone suffix from `at` to the end: "Z", "+hh:mm" or "-hh:mm".
+// A zone suffix from `at` to the end: "Z", "+hh:mm" or "-hh:mm" (or "+h:mm", as some editors
+// write it; the zone is kept as it stands).
 bool isZone(QByteArrayView s, qsizetype at)
 {
-    if (s.size() - at == 1)
+    const qsizetype n = s.size() - at;
+    if (n == 1)
         return s[at] == 'Z';
-    if (s.size() - at != 6 || (s[at] != '+' && s[at] != '-') || s[at + 3] != ':')
+    if ((n != 6 && n != 5) || (s[at] != '+' && s[at] != '-') || s[s.size() - 3] != ':')
         return false;
-    const int h = digits(s, at + 1, 2), m = digits(s, at + 4, 2);
+    const int h = digits(s, at + 1, int(n) - 4), m = digits(s, s.size() - 2, 2);
     return h >= 0 && h < 24 && m >= 0 && m < 60;
 }
 
