@@ -1,4 +1,4 @@
-// execute_bench --floor FLOOR [--runs R] LIST
+// execute_bench --floor FLOOR [--runs R] [--copies] LIST
 //
 // How fast the execute run shifts every date of the files named in LIST (one path a line),
 // against "FLOOR -w" on the same files: the least I/O that rewriting those dates in place
@@ -11,6 +11,9 @@
 // the run makes before its first byte is timed alone, for its share of the run. The offset is one hour,
 // forward in odd runs and back in even ones, so an even R, in UTC, leaves every date and
 // modification time of the files as it found them. Run it through bench/execute.
+// With --copies, the runs alternate in pairs (forward and back) between copies kept in step
+// (the Edit menu's item ticked) and not, and both are printed: the same dates, with and
+// without the copies that move with them.
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -29,6 +32,7 @@
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
 #include "platform/MsgBox.h"
+#include "shell/MenuBar1.h"
 #include "shell/Window1.h"
 
 namespace {
@@ -137,12 +141,15 @@ int main(int argc, char** argv)
     QStringList args = app.arguments().mid(1);
     QString floor, listPath;
     int runs = 4;
+    bool copies = false;
     while (!args.isEmpty()) {
         const QString a = args.takeFirst();
         if (a == QLatin1String("--floor") && !args.isEmpty())
             floor = args.takeFirst();
         else if (a == QLatin1String("--runs") && !args.isEmpty())
             runs = std::max(1, args.takeFirst().toInt());
+        else if (a == QLatin1String("--copies"))
+            copies = true;
         else
             listPath = a;
     }
@@ -167,24 +174,34 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "%s: %s\n", qPrintable(where), qPrintable(what));
     });
 
-    std::vector<double> floorTimes, startTimes, runTimes, checkTimes;
+    std::vector<double> floorTimes, startTimes, runTimes, checkTimes, plainTimes;
     timeFloor(floor, listPath);  // warm-up
+    if (copies)
+        runs = std::max(4, (runs + 3) / 4 * 4);
     for (int r = 0; r < runs; ++r) {
+        const bool inStep = !copies || r / 2 % 2 == 0;
+        MenuBar1::instance()->lookup(QStringLiteral("EditKeepCopies"))->setChecked(inStep);
         startTimes.push_back(timeFloor(floor, empty.fileName()));
         floorTimes.push_back(timeFloor(floor, listPath));
         int moved = 0;
         double check = 0;
-        runTimes.push_back(timeRun(w, files, r % 2 ? -1 : 1, moved, check));
-        checkTimes.push_back(check);
-        std::printf("run %d: floor %.4f s, start-up %.4f s, execute %.4f s (its check alone %.4f s), "
+        const double t = timeRun(w, files, r % 2 ? -1 : 1, moved, check);
+        (inStep ? runTimes : plainTimes).push_back(t);
+        if (inStep)
+            checkTimes.push_back(check);
+        std::printf("run %d: floor %.4f s, start-up %.4f s, execute%s %.4f s (its check alone %.4f s), "
                     "%d files with all three Exif dates moved\n",
-                    r + 1, floorTimes.back(), startTimes.back(), runTimes.back(), check, moved);
+                    r + 1, floorTimes.back(), startTimes.back(), inStep ? "" : " without copies", t, check, moved);
     }
     const double n = double(files.size());
     const double f = median(floorTimes) - median(startTimes), e = median(runTimes);
     std::printf("%d files, medians of %d runs\n", int(files.size()), runs);
     std::printf("floor -w  %8.2f us/file  %9.0f files/s  (its process start-up taken off)\n", f * 1e6 / n, n / f);
     std::printf("execute   %8.2f us/file  %9.0f files/s  x%.2f the floor\n", e * 1e6 / n, n / e, e / f);
+    if (copies) {
+        const double p = median(plainTimes);
+        std::printf("  without copies %8.2f us/file  x%.2f the floor; with them x%.2f of that\n", p * 1e6 / n, p / f, e / p);
+    }
     const double c = median(checkTimes);
     std::printf("  check   %8.2f us/file  %.0f%% of the execute run\n", c * 1e6 / n, 100 * c / e);
     std::printf("a 1-MiB XMP packet: %.2f ms to find and move its date\n", timeLargePacket());

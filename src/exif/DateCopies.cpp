@@ -133,6 +133,13 @@ void moveDateCopies(BinaryStream& s, const FolderItem& item, const ContainerLayo
             }
         }
     }
+    // A TIFF file's tag 700 may be in the layout as well: each span once.
+    for (std::vector<Span>* spans : {&xmp, &iptc}) {
+        std::sort(spans->begin(), spans->end(), [](const Span& a, const Span& b) { return a.position < b.position; });
+        spans->erase(std::unique(spans->begin(), spans->end(),
+                                 [](const Span& a, const Span& b) { return a.position == b.position; }),
+                     spans->end());
+    }
     for (const Span& span : xmp) {
         if (span.length > quint64(kMaxXmpPacket))
             inFile.kept << keptLine(place, xmpAt(span.position), xmpTooLargeWhy());
