@@ -8,9 +8,8 @@
 // changed.
 void findCompanions(BinaryStream& file, const FolderItem& item, const std::vector<Patch>& dates, Companions& out)
 {
-    const ContainerLayout layout = locateContainer(file);
     if (out.dateCopies)
-        moveDateCopies(file, item, layout, dates, out);
+        moveDateCopies(file, item, locateContainer(file), dates, out);
 }
 
 // INTERIM until the container walkers land: no layout.

@@ -1,7 +1,5 @@
 #include "exif/XmpDates.h"
 
-#include <QStringDecoder>
-
 #include "platform/TextId.h"
 
 namespace {
@@ -22,6 +20,33 @@ const Property kProperties[] = {
     {"http://ns.adobe.com/xap/1.0/", "CreateDate", 5, "xmp:CreateDate"},
     {"http://ns.adobe.com/exif/1.0/", "DateTimeDigitized", 5, "exif:DateTimeDigitized"},
 };
+
+// Well-formed UTF-8: no stray continuation byte, no overlong form, no surrogate, nothing
+// beyond U+10FFFF.
+bool isUtf8(QByteArrayView s)
+{
+    for (qsizetype i = 0; i < s.size();) {
+        const quint8 c = quint8(s[i]);
+        if (c < 0x80) {
+            ++i;
+            continue;
+        }
+        const int n = c >= 0xC2 && c <= 0xDF ? 1 : c >= 0xE0 && c <= 0xEF ? 2 : c >= 0xF0 && c <= 0xF4 ? 3 : -1;
+        if (n < 0 || s.size() - i <= n)
+            return false;
+        const quint8 c1 = quint8(s[i + 1]);
+        // The second byte's narrower ranges rule out overlong forms, surrogates and > U+10FFFF.
+        const quint8 lo = c == 0xE0 ? 0xA0 : c == 0xF0 ? 0x90 : 0x80;
+        const quint8 hi = c == 0xED ? 0x9F : c == 0xF4 ? 0x8F : 0xBF;
+        if (c1 < lo || c1 > hi)
+            return false;
+        for (int k = 2; k <= n; ++k)
+            if ((quint8(s[i + k]) & 0xC0) != 0x80)
+                return false;
+        i += n + 1;
+    }
+    return true;
+}
 
 bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
@@ -244,9 +269,7 @@ XmpDates findXmpDates(QByteArrayView packet)
         out.why = xmpTooLargeWhy();
         return out;
     }
-    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    (void)QString(utf8.decode(packet));
-    if (utf8.hasError()) {
+    if (!isUtf8(packet)) {
         out.why = textById("Copy.xmpBadUtf8", "the XMP packet is not valid UTF-8");
         return out;
     }
