@@ -1,8 +1,5 @@
 #include "platform/BinaryStream.h"
 
-#include "platform/FolderItem.h"
-#include "platform/TextId.h"
-
 #include <QtEndian>
 
 #include <bit>
@@ -111,14 +108,6 @@ struct ReusingAllocator {
 };
 
 }  // namespace
-
-Handle<BinaryStream> BinaryStream::open(const QString& path, bool write)
-{
-    const FolderItem f(path);
-    if (f.isNil())
-        return Handle<BinaryStream>::nil(textById("Report.noFileGiven", "No file was given."));
-    return f.OpenAsBinaryFile(write);
-}
 
 Handle<BinaryStream> BinaryStream::fromDescriptor(int fd, bool write)
 {

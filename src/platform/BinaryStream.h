@@ -11,10 +11,6 @@
 // negative Double position, converted by toPosition, lies far beyond any end.
 class BinaryStream {
 public:
-    // Opens path for reading, or for reading and writing in place (never truncating, never
-    // creating), as FolderItem::OpenAsBinaryFile does. Returns a nil handle where the item
-    // cannot be opened that way, as a folder; the handle's whyNil() names the file and says why.
-    static Handle<BinaryStream> open(const QString& path, bool write);
     // A read-only stream over bytes in memory, read exactly as a file of those bytes.
     static Handle<BinaryStream> overBytes(const QByteArray& bytes);
     ~BinaryStream();
@@ -43,7 +39,7 @@ public:
 private:
     friend class FolderItem;  // opens the file, then hands over its descriptor
     static Handle<BinaryStream> fromDescriptor(int fd, bool write);
-    struct Token {};  // only open() makes streams
+    struct Token {};  // only FolderItem and overBytes make streams
 
 public:
     BinaryStream(Token, int fd, bool writable);

@@ -4,6 +4,7 @@
 #include <QTableView>
 #include <QVariant>
 
+#include <functional>
 #include <vector>
 
 class ListboxModel;
@@ -18,6 +19,9 @@ public:
     // The platform's row height: each row is this high, and so is the header together
     // with the frame above it, so rows are counted from the top edge in steps of it.
     static constexpr int kRowHeight = 15;
+    // Where a cell's check box sits, from the cell's left edge; a press there toggles it.
+    static constexpr int kBoxLeft = 3;
+    static constexpr int kBoxRight = 19;
 
     explicit Listbox(QWidget* parent = nullptr);
     ~Listbox() override;
@@ -114,8 +118,9 @@ private:
     void applyColumnWidths();
     void applyRowHeight();
     void showSortIndicator();
-    template <class F>
-    void changeRows(F&& change);
+    void changeRows(const std::function<void()>& change);
+    void installLook();           // the cells' and the heading's drawing
+    void connectHeadingClicks();  // a click on a heading sorts
 
     ListboxModel* model_;
     QStringList widthEntries_;

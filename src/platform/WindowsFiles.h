@@ -1,7 +1,7 @@
 #pragma once
 // What FolderItem and PinnedItem share on Windows: file times, the status of an item, and
 // the errno that stands for a failed call. Included on Windows only.
-#include "platform/FolderItem.h"
+#include "platform/ItemStatus.h"
 
 #include <windows.h>
 

@@ -102,7 +102,7 @@ private slots:
         QFETCH(StreamRead, c);
         const QByteArray bytes = pattern(c.size);
         // A stream over the same bytes in memory reads as the file does.
-        for (auto bs : {BinaryStream::open(makeFile(bytes), false), BinaryStream::overBytes(bytes)}) {
+        for (auto bs : {FolderItem(makeFile(bytes)).OpenAsBinaryFile(false), BinaryStream::overBytes(bytes)}) {
             QCOMPARE(bs->Length(), quint64(c.size));
             bs->Read(16);  // something cached first, as the reader does
             bs->setPosition(c.position);
@@ -120,7 +120,7 @@ private slots:
     void numbersShortOfTheEnd()
     {
         const QByteArray bytes = QByteArray::fromHex("12343ff8");
-        for (auto bs : {BinaryStream::open(makeFile(bytes), false), BinaryStream::overBytes(bytes)}) {
+        for (auto bs : {FolderItem(makeFile(bytes)).OpenAsBinaryFile(false), BinaryStream::overBytes(bytes)}) {
             bs->setPosition(3);
             QCOMPARE(bs->ReadUInt16(), quint16(0xf800));
             QCOMPARE(bs->Position(), 4ULL);
@@ -147,7 +147,7 @@ private slots:
         const QByteArray before = pattern(20000);
         const QByteArray after = c.written ? QByteArray(before).replace(qsizetype(c.position), c.bytes.size(), c.bytes) : before;
         QFile file(makeFile(before));
-        auto bs = BinaryStream::open(file.fileName(), true);
+        auto bs = FolderItem(file.fileName()).OpenAsBinaryFile(true);
         bs->setPosition(c.readAt);
         bs->Read(256);
         bs->setPosition(c.position);
