@@ -1,10 +1,13 @@
 // What holding the Down arrow through a column of large photos costs the window.
 //
-//   bench/preview (or build-bench/bench/preview_bench) [JPEG | WIDTH HEIGHT] [ROWS]
+//   bench/preview (or build-bench/bench/preview_bench) [FILE | [heic|heic-thumb|raw] WIDTH HEIGHT] [ROWS]
 //
 // Makes a WIDTHxHEIGHT JPEG (default 6000x4000, quality 92) of a smooth scene under heavy
 // sensor-like noise (each channel off by up to 40 either way; noise is what makes the
-// entropy decoding, the part no reduced scale saves, expensive), or takes the JPEG named,
+// entropy decoding, the part no reduced scale saves, expensive), or takes the picture named;
+// with heic, the same scene as a HEIC without a thumbnail (heif-enc, quality 80), with
+// heic-thumb with a phone's 320-pixel thumbnail, with raw a DNG whose camera preview is
+// that JPEG; it
 // lists it ROWS times (default 100), and presses Down from the first row to the last,
 // one press every 33 ms as a held key repeats, then waits for the last picture. Prints:
 //   press         the time each key press takes (the Change handler), median and worst
@@ -13,10 +16,12 @@
 //                 and the drawing of a picture that came back alone, median of 7
 //   pictures      how many were drawn, and how long the last row's took after its press
 //   decode        what one press cost when the decode ran inside it: the reduced decode
-//                 alone (openScaledPicture), and a full decode, medians of 7
+//                 alone (openScaledPicture), and a full decode by the image plugins where
+//                 one reads the file, medians of 7
 // Run it on a Release build; a sanitizer build is several times slower.
 
 #include <QApplication>
+#include <QBuffer>
 #include <QElapsedTimer>
 #include <QImage>
 #include <QImageReader>
@@ -35,6 +40,7 @@
 #include "platform/PictureWorker.h"
 #include "platform/ScaledPicture.h"
 #include "shell/Window1.h"
+#include "support/MadeFiles.h"
 
 namespace {
 
@@ -80,6 +86,9 @@ int main(int argc, char** argv)
     QString given;
     if (args.size() > 1 && QFileInfo(args[1]).isFile())
         given = args.takeAt(1);
+    QString kind = QStringLiteral("jpeg");
+    if (args.size() > 1 && QStringList{"heic", "heic-thumb", "raw"}.contains(args[1]))
+        kind = args.takeAt(1);
     const int width = args.size() > 2 ? args[1].toInt() : 6000;
     const int height = args.size() > 2 ? args[2].toInt() : 4000;
     const int rows = qMax(2, args.size() > 3 ? args[3].toInt() : args.size() == 2 ? args[1].toInt() : 100);
@@ -87,7 +96,7 @@ int main(int argc, char** argv)
     QTextStream out(stdout);
 
     QTemporaryDir dir;
-    const QString file = given.isEmpty() ? dir.filePath(QStringLiteral("noisy.jpg")) : given;
+    const QString file = given.isEmpty() ? dir.filePath(QStringLiteral("noisy.") + kind) : given;
     if (given.isEmpty()) {
         QImage noisy(width, height, QImage::Format_RGB32);
         QRandomGenerator rng(20240501);
@@ -97,12 +106,21 @@ int main(int argc, char** argv)
             for (int x = 0; x < width; ++x)
                 line[x] = qRgb(noise(255 * x / width), noise(255 * y / height), noise(128));
         }
-        if (!noisy.save(file, "JPEG", 92)) {
+        QByteArray jpeg;
+        QBuffer buffer(&jpeg);
+        buffer.open(QIODevice::WriteOnly);
+        noisy.save(&buffer, "JPEG", 92);
+        const QByteArray bytes = kind == "heic" ? heifEncoded(noisy, {"-q", "80"})
+                                 : kind == "heic-thumb" ? heifEncoded(noisy, {"-q", "80", "-t", "320"})
+                                 : kind == "raw" ? dngWithPreview(jpeg, noisy.size())
+                                                 : jpeg;
+        QFile f(file);
+        if (bytes.isEmpty() || !f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size()) {
             out << "could not write " << file << "\n";
             return 1;
         }
     }
-    out << (given.isEmpty() ? QStringLiteral("%1x%2 noisy JPEG").arg(width).arg(height) : given) << ", "
+    out << (given.isEmpty() ? QStringLiteral("%1x%2 noisy %3").arg(width).arg(height).arg(kind) : given) << ", "
         << QFileInfo(file).size() / 1024 << " KiB, listed " << rows << " times\n";
 
     Window1 w;
@@ -159,7 +177,8 @@ int main(int argc, char** argv)
     const Times reduced = timeMs(runs, [&] { (void)openScaledPicture(FolderItem(file), w.Canvas1->size()); });
     const ScaledPicture decoded = openScaledPicture(FolderItem(file), w.Canvas1->size());
     const Times draw = timeMs(runs, [&] { w.drawPicture(decoded); });
-    const Times full = timeMs(runs, [&] {
+    const bool plugin = QImageReader(file).canRead();
+    const Times full = timeMs(plugin ? runs : 1, [&] {
         QImageReader r(file);
         r.setAutoTransform(false);
         (void)r.read();
@@ -173,6 +192,7 @@ int main(int argc, char** argv)
         << (last ? QStringLiteral("drawn %1 ms after its press").arg((lastDrawnAt - lastPressAt) / 1e6, 0, 'f', 1)
                  : QStringLiteral("NOT drawn"))
         << "\n";
-    out << "decode inside a press, as before: reduced " << ms(reduced) << "; full " << ms(full) << "\n";
+    out << "decode inside a press, as before: reduced " << ms(reduced) << "; full "
+        << (plugin ? ms(full) : QStringLiteral("(no image plugin reads it)")) << "\n";
     return last ? 0 : 1;
 }

@@ -557,5 +557,63 @@
         <source></source>
         <translation>XMP と IPTC のコピーも合わせて変更</translation>
     </message>
+    <message id="Menu.file">
+        <source>&amp;File</source>
+        <translation>ファイル(&amp;F)</translation>
+    </message>
+    <message id="Menu.addFiles">
+        <source>Add Files…</source>
+        <translation>ファイルを追加…</translation>
+    </message>
+    <message id="Menu.undoLastRun">
+        <source>Undo Last Run…</source>
+        <translation>前回の実行を取り消す…</translation>
+    </message>
+    <message id="Menu.runHistory">
+        <source>Run History…</source>
+        <translation>実行の履歴…</translation>
+    </message>
+    <message id="Menu.help">
+        <source>&amp;Help</source>
+        <translation>ヘルプ(&amp;H)</translation>
+    </message>
+    <message id="Menu.about">
+        <source>About Velkaro</source>
+        <translation>Velkaro について</translation>
+    </message>
+    <message id="Menu.offsetFromKnownTime">
+        <source>Offset from a Known Time…</source>
+        <translation>既知の日時から追加値を求める…</translation>
+    </message>
+    <message id="AddFiles.title">
+        <source>Add Files</source>
+        <translation>ファイルを追加</translation>
+    </message>
+    <message id="AddFiles.photos">
+        <source>Photos (%1)</source>
+        <translation>写真 (%1)</translation>
+    </message>
+    <message id="AddFiles.all">
+        <source>All files (*)</source>
+        <translation>すべてのファイル (*)</translation>
+    </message>
+    <message id="KnownTime.title">
+        <source>Offset from a Known Time</source>
+        <translation>既知の日時から追加値を求める</translation>
+    </message>
+    <message id="KnownTime.question">
+        <source>The true date and time of “%1”:
+its reference date reads %2; the addition value becomes the difference.</source>
+        <translation>「%1」の正しい日付と時刻：
+基準の日時は %2 です。その差が追加値になります。</translation>
+    </message>
+    <message id="Action.add the chosen files">
+        <source></source>
+        <translation>選んだファイルを追加する</translation>
+    </message>
+    <message id="Action.offset from a known time">
+        <source></source>
+        <translation>既知の日時から追加値を求める</translation>
+    </message>
 </context>
 </TS>

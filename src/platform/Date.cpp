@@ -169,6 +169,11 @@ void Date::setHour(qint64 v) { normalise(year_, month_, day_, v, minute_, second
 void Date::setMinute(qint64 v) { normalise(year_, month_, day_, hour_, v, second_); }
 void Date::setSecond(qint64 v) { normalise(year_, month_, day_, hour_, minute_, v); }
 
+qint64 Date::civilSeconds() const
+{
+    return daysFromCivil(year_, month_, day_) * kSecondsPerDay + hour_ * 3600 + minute_ * 60 + second_;
+}
+
 QString Date::SQLDateTime() const
 {
     // Written into a fixed buffer: the intake asks for two of these per file. A negative

@@ -49,6 +49,10 @@ public:
     static Date fromUnixTime(qint64 secondsSinceEpoch, qint64 nanoseconds = 0);
     qint64 toUnixTime() const;
 
+    // Seconds since 1970-01-01 00:00:00 counted in civil time, without a time zone: the
+    // difference of two is the civil time between them.
+    qint64 civilSeconds() const;
+
     bool operator==(const Date& o) const;
 
 private:

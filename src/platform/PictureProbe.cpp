@@ -2,11 +2,14 @@
 
 #include "platform/BinaryStream.h"
 #include "platform/FolderItem.h"
+#include "platform/PictureKind.h"
+#include "platform/RawPreview.h"
 
 #include <QImageReader>
 #include <QIODevice>
 
 #include <cstring>
+#include <memory>
 
 namespace {
 
@@ -90,6 +93,28 @@ Jpeg jpegHeader(BinaryStream& s)
     return Jpeg::NoPicture;
 }
 
+// A HEIF or AVIF file counts by its ftyp box, complete, and a box after it (the one that
+// describes the pictures); its pictures are not looked into.
+bool heifHeader(BinaryStream& s, QByteArrayView head)
+{
+    const quint64 ftyp = quint64(quint8(head[0])) << 24 | quint8(head[1]) << 16 | quint8(head[2]) << 8 | quint8(head[3]);
+    const quint64 length = s.Length();
+    return ftyp >= 16 && length >= ftyp && length - ftyp >= 8;
+}
+
+// The format comes from the content, whatever the name says.
+bool pluginReads(QIODevice& device)
+{
+    QImageReader reader(&device);
+    reader.setDecideFormatFromContent(true);
+    if (!reader.canRead())
+        return false;
+    // The few formats whose plugin can't tell a size without decoding are decoded.
+    if (!reader.supportsOption(QImageIOHandler::Size))
+        return !reader.read().isNull();
+    return !reader.size().isEmpty();
+}
+
 bool jpegPluginPresent()
 {
     static const bool present = QImageReader::supportedImageFormats().contains("jpeg");
@@ -103,19 +128,34 @@ bool givesPicture(const FolderItem& f)
     const Handle<BinaryStream> stream = f.OpenAsBinaryFile(false);
     if (stream.isNil())
         return false;
+    // Still pictures that the image plugins don't know, and films, which they don't either
+    // but which are never pictures here.
+    stream->setPosition(0);
+    const QByteArray head = stream->ReadView(pictureHeadBytes).toByteArray();
+    switch (pictureKind(head)) {
+    case PictureKind::Heif:
+        return heifHeader(*stream, head);
+    case PictureKind::Raw:
+        return true;
+    case PictureKind::Movie:
+        return false;
+    case PictureKind::Tiff:
+    case PictureKind::Other:
+        break;
+    }
     if (jpegPluginPresent()) {
         const Jpeg jpeg = jpegHeader(*stream);
         if (jpeg != Jpeg::NotJpeg)
             return jpeg == Jpeg::Picture;
     }
     StreamDevice device(*stream);
-    // The format comes from the content, whatever the name says.
-    QImageReader reader(&device);
-    reader.setDecideFormatFromContent(true);
-    if (!reader.canRead())
+    if (pluginReads(device))
+        return true;
+    // A raw file built on TIFF whose first directory the TIFF plugin can't take is still
+    // a picture where it keeps a camera preview, as the preview pane shows it.
+    if (pictureKind(head) != PictureKind::Tiff)
         return false;
-    // The few formats whose plugin can't tell a size without decoding are decoded.
-    if (!reader.supportsOption(QImageIOHandler::Size))
-        return !reader.read().isNull();
-    return !reader.size().isEmpty();
+    const std::unique_ptr<QIODevice> file = f.openDevice();
+    const auto* opened = qobject_cast<const QFileDevice*>(file.get());
+    return opened && hasRawPreview(*opened);
 }

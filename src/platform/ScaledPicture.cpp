@@ -1,7 +1,12 @@
 #include "platform/ScaledPicture.h"
 
 #include <QBuffer>
+#include <QFileDevice>
 #include <QImageReader>
+
+#include "platform/HeifPicture.h"
+#include "platform/PictureKind.h"
+#include "platform/RawPreview.h"
 
 namespace {
 
@@ -35,21 +40,10 @@ QImage read(QIODevice* device, QSize scaledSize)
     return reader.read();
 }
 
-}  // namespace
-
-ScaledPicture openScaledPicture(const QString& path, QSize box)
-{
-    return openScaledPicture(FolderItem(path), box);
-}
-
-ScaledPicture openScaledPicture(const FolderItem& f, QSize box)
+// What the image plugins make of the file, from its start.
+ScaledPicture readScaled(QIODevice& file, QSize box)
 {
     ScaledPicture result;
-    const std::unique_ptr<QIODevice> opened = f.isNil() ? nullptr : f.openDevice();
-    if (!opened)
-        return result;
-    QIODevice& file = *opened;
-
     QSize stored;
     int d = 1;
     {
@@ -82,4 +76,50 @@ ScaledPicture openScaledPicture(const FolderItem& f, QSize box)
     if (!result.image.isNull())
         result.fullSize = stored;
     return result;
+}
+
+// A raw file's preview, decoded as any picture is: the camera's JPEG at a reduced scale.
+ScaledPicture fromRawPreview(const RawPreview& preview, QSize box)
+{
+    if (!preview.jpeg.isEmpty()) {
+        QBuffer buffer;
+        buffer.setData(preview.jpeg);
+        return buffer.open(QIODevice::ReadOnly) ? readScaled(buffer, box) : ScaledPicture();
+    }
+    return ScaledPicture{preview.image.size(), preview.image};
+}
+
+}  // namespace
+
+ScaledPicture openScaledPicture(const FolderItem& f, QSize box)
+{
+    const std::unique_ptr<QIODevice> opened = f.isNil() ? nullptr : f.openDevice();
+    if (!opened)
+        return ScaledPicture();
+    QIODevice& file = *opened;
+    const QByteArray head = file.peek(pictureHeadBytes);
+    switch (pictureKind(head)) {
+    case PictureKind::Heif:
+        return openHeifPicture(file, box);
+    case PictureKind::Movie:
+        return ScaledPicture();
+    case PictureKind::Raw:
+    case PictureKind::Tiff:
+        // A raw file built on TIFF shows its camera preview; a plain TIFF, which LibRaw
+        // does not take, is read by the image plugin.
+        if (auto* device = qobject_cast<QFileDevice*>(&file)) {
+            const ScaledPicture preview = fromRawPreview(rawPreview(*device), box);
+            if (!preview.isNull() || pictureKind(head) == PictureKind::Raw)
+                return preview;
+        }
+        break;
+    case PictureKind::Other:
+        break;
+    }
+    return readScaled(file, box);
+}
+
+ScaledPicture openScaledPicture(const QString& path, QSize box)
+{
+    return openScaledPicture(FolderItem(path), box);
 }

@@ -138,9 +138,14 @@ QImage vlk_Icon_BigSur_128()
 {
     static const QImage icon = [] {
         Q_INIT_RESOURCE(velkaro);
+        // Drawn for the screen's own pixels, so that it stays sharp on a scaled screen; it
+        // still takes 128 by 128 in the layout.
+        const qreal ratio = qApp ? qApp->devicePixelRatio() : 1.0;
         QImageReader reader(QStringLiteral(":/icons/velkaro.svg"));
-        reader.setScaledSize(QSize(128, 128));
-        return reader.read();
+        reader.setScaledSize(QSize(128, 128) * ratio);
+        QImage image = reader.read();
+        image.setDevicePixelRatio(ratio);
+        return image;
     }();
     return icon;
 }

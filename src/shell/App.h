@@ -27,7 +27,10 @@ public:
     void Event_Open();
     // Appends the item to the table of the one window, which is made if there is none yet.
     // Clears nothing, sorts nothing, selects nothing.
-    void Event_OpenDocument(const FolderItem& item);
+    static void Event_OpenDocument(const FolderItem& item);
+    // Appends the items; those that cannot be listed are named in one report after them,
+    // or, at launch, after Timer4's sort. The desktop's hand-overs and Add Files come here.
+    static void openDocuments(const QList<FolderItem>& items);
 
     // The files named on the command line, as absolute paths in the file system's bytes
     // (the arguments as they came, never decoded to text).
@@ -42,10 +45,6 @@ protected:
     bool event(QEvent* e) override;
 
 private:
-    // Appends the items; those that cannot be listed are named in one report after them,
-    // or, at launch, after Timer4's sort.
-    void openDocuments(const QList<FolderItem>& items);
-
     DocumentChannel* channel_ = nullptr;
     QList<QByteArray> arguments_;  // argv after Qt took its own options
 };

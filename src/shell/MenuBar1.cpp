@@ -6,13 +6,19 @@
 #include <QClipboard>
 #include <QIcon>
 #include <QLineEdit>
+#include <QMimeDatabase>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QRadioButton>
 #include <QTextEdit>
 
+#include "platform/FileChooser.h"
 #include "platform/HandlerGuard.h"
+#include "platform/Listbox.h"
+#include "platform/TextId.h"
 #include "shell/AboutWindow.h"
+#include "shell/App.h"
 #include "shell/Globals.h"
 #include "shell/Window1.h"
 
@@ -121,21 +127,34 @@ MenuBar1::MenuBar1(QWidget* parent) : QMenuBar(parent)
     Untitled1();
 }
 
+// The menus on the bar, and the File menu's items. The journal's two items stand ready,
+// hidden, for the journal to show and connect.
 void MenuBar1::Untitled0()
 {
-    QAction* quit = addItem(this, QStringLiteral("FileQuit"), Globals::kEditQuit(), QKeySequence(Qt::CTRL | Qt::Key_Q));
+    QMenu* file = makeMenu(this, QStringLiteral("FileMenu"), textById("Menu.file", "&File"));
+    addItem(file, QStringLiteral("FileAddFiles"), textById("Menu.addFiles", "Add Files…"),
+            QKeySequence(Qt::CTRL | Qt::Key_O));
+    addItem(file, QStringLiteral("UntitledSeparator"), {}, {}, 3)->setSeparator(true);
+    addItem(file, QStringLiteral("FileUndoLastRun"), textById("Menu.undoLastRun", "Undo Last Run…"),
+            QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_Z))
+        ->setVisible(false);
+    addItem(file, QStringLiteral("FileRunHistory"), textById("Menu.runHistory", "Run History…"), {})
+        ->setVisible(false);
+    addItem(file, QStringLiteral("UntitledSeparator"), {}, {}, 4)->setSeparator(true);
+    QAction* quit = addItem(file, QStringLiteral("FileQuit"), Globals::kEditQuit(), QKeySequence(Qt::CTRL | Qt::Key_Q));
     quit->setMenuRole(QAction::QuitRole);
     connect(quit, &QAction::triggered, qApp, [] { guard("quit", [] { QCoreApplication::quit(); }); });
 
-    QMenu* menu = addMenu(Globals::kEditMenu());
-    menu->setObjectName(QStringLiteral("EditMenu"));
-    menu->menuAction()->setObjectName(QStringLiteral("EditMenu"));
+    QMenu* menu = makeMenu(this, QStringLiteral("EditMenu"), Globals::kEditMenu());
     menu->menuAction()->setProperty("Index", 0);
     connect(menu, &QMenu::aboutToShow, this, [this] { enableEditItems(true); });
     // Closed again, the items wait for their shortcuts, which check for themselves.
     connect(menu, &QMenu::aboutToHide, this, [this] { enableEditItems(false); });
+
+    makeMenu(this, QStringLiteral("HelpMenu"), textById("Menu.help", "&Help"));
 }
 
+// The Edit menu's items, and About in the Help menu.
 void MenuBar1::Untitled1()
 {
     struct Item {
@@ -167,9 +186,21 @@ void MenuBar1::Untitled1()
         connect(a, &QAction::triggered, this,
                 [this, what] { guard("carry out the edit command", [&] { edit(what, focusedField(this)); }); });
     }
+    // The window connects it and keeps it enabled only while it has a base date to act on.
+    addItem(EditMenu(), QStringLiteral("EditOffsetFromKnownTime"),
+            textById("Menu.offsetFromKnownTime", "Offset from a Known Time…"), QKeySequence(Qt::CTRL | Qt::Key_T));
 
-    QAction* about = addItem(EditMenu(), QStringLiteral("AppleAbout"), Globals::kAppAbout(), {});
+    QAction* about = addItem(lookup(QStringLiteral("HelpMenu"))->menu(), QStringLiteral("AppleAbout"),
+                             textById("Menu.about", "About Velkaro"), QKeySequence(Qt::Key_F1));
     about->setMenuRole(QAction::AboutRole);
+}
+
+QMenu* MenuBar1::makeMenu(QMenuBar* bar, const QString& name, const QString& title)
+{
+    QMenu* menu = bar->addMenu(title);
+    menu->setObjectName(name);
+    menu->menuAction()->setObjectName(name);
+    return menu;
 }
 
 QAction* MenuBar1::addItem(QWidget* into, const QString& name, const QString& caption,
@@ -224,15 +255,50 @@ void Window1::bindMenu()
     // The program's icon comes with its menu bar, for every window and the desktop's
     // task switcher.
     QApplication::setWindowIcon(QIcon(QPixmap::fromImage(vlk_Icon_BigSur_128())));
-    setMenuBar(MenuBar1::instance());
-    // The one menu handler of the window.
-    if (QAction* about = MenuBar1::instance()->lookup(QStringLiteral("AppleAbout")))
+    MenuBar1* bar = MenuBar1::instance();
+    setMenuBar(bar);
+    const auto bind = [&](const char* name, const char* action, void (Window1::*handler)()) {
+        if (QAction* item = bar->lookup(QString::fromLatin1(name)))
+            connect(item, &QAction::triggered, this, [this, action, handler] { guard(action, [&] { (this->*handler)(); }); });
+    };
+    if (QAction* about = bar->lookup(QStringLiteral("AppleAbout")))
         connect(about, &QAction::triggered, this,
                 [this] { guard("open the About window", [&] { _AppleAbout_Action(); }); });
+    bind("FileAddFiles", "add the chosen files", &Window1::FileAddFiles_Action);
+    bind("EditOffsetFromKnownTime", "offset from a known time", &Window1::EditOffsetFromKnownTime_Action);
+
+    // The known-time item follows the selected row and its base.
+    const auto follow = [this] { guard("offset from a known time", [this] { enableOffsetFromKnownTime(); }); };
+    connect(ListBox1, &Listbox::Change, this, follow);
+    for (const auto& [index, button] : BaseKind)
+        connect(button, &QRadioButton::toggled, this, follow);
+    connect(bar->EditMenu(), &QMenu::aboutToShow, this, follow);
+    follow();
 }
 
 bool Window1::_AppleAbout_Action()
 {
     AboutWindow::instance()->ShowModal();
     return false;
+}
+
+// The types offered first are those the desktop opens with the program (velkaro.desktop).
+void Window1::FileAddFiles_Action()
+{
+    static const char* const kTypes[] = {
+        "image/jpeg", "image/tiff", "image/x-adobe-dng", "image/x-canon-cr2", "image/x-nikon-nef",
+        "image/x-nikon-nrw", "image/x-sony-arw", "image/x-sony-sr2", "image/x-sony-srf",
+        "image/x-pentax-pef", "image/x-kodak-dcr", "image/x-kodak-kdc",
+    };
+    QStringList patterns;
+    const QMimeDatabase types;
+    for (const char* name : kTypes)
+        for (const QString& pattern : types.mimeTypeForName(QString::fromLatin1(name)).globPatterns())
+            if (!patterns.contains(pattern))
+                patterns << pattern;
+    const QStringList filters = {
+        textById("AddFiles.photos", "Photos (%1)").arg(patterns.join(u' ')),
+        textById("AddFiles.all", "All files (*)"),
+    };
+    App::openDocuments(chooseFiles(this, textById("AddFiles.title", "Add Files"), filters));
 }

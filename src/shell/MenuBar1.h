@@ -4,11 +4,12 @@
 class QAction;
 class QMenu;
 
-// The program's one menu bar: Quit stands on the bar itself, and the Edit menu holds the
-// standard editing items and About. Each item is a QAction whose objectName is the item's
-// name; the two separators share the name "UntitledSeparator" and differ by their "Index"
-// property. Quit and About carry the menu roles that move them into the application menu
-// where the desktop has one.
+// The program's one menu bar: File (Add Files, the journal's items, Quit), Edit (the
+// standard editing items and the offset from a known time) and Help (About). Each item is
+// a QAction whose objectName is the item's name, as is each menu's and its menuAction's;
+// the separators share the name "UntitledSeparator" and differ by their "Index" property.
+// Quit and About carry the menu roles that move them into the application menu where the
+// desktop has one.
 class MenuBar1 : public QMenuBar {
     Q_OBJECT
 public:
@@ -24,6 +25,7 @@ public:
 private:
     void Untitled0();
     void Untitled1();
+    static QMenu* makeMenu(QMenuBar* bar, const QString& name, const QString& title);
     QAction* addItem(QWidget* into, const QString& name, const QString& caption,
                      const QKeySequence& shortcut, int index = -1);
     void enableEditItems(bool opening);

@@ -144,10 +144,22 @@ public:
     void BaseKind_Open(int index);
     void BaseKind_Action(int index);
     std::optional<Date> culcAimValue(int row);  // nullopt: the base cell is no date
+    std::optional<Date> culcBaseDate(int row);  // the base cell alone, as a date
+    // d plus the six add values (years to seconds), one unit after the other as the run
+    // applies them.
+    static Date culcAddValues(Date d, const std::array<double, 6>& add);
     void changeAimValue();
     void dispAimValue(const std::optional<Date>& d);
     void clearAimValue();
     void ListBox1_Change();
+
+    // ---- src/target: the offset from a known time -----------------------------------------
+    // The selected row's true time, asked of the user, becomes the add values.
+    void EditOffsetFromKnownTime_Action();
+    bool canOffsetFromKnownTime();     // a row is selected and its base cell is a date
+    void enableOffsetFromKnownTime();  // the menu item follows canOffsetFromKnownTime
+    // The add values that take base to known; years and months only when withYearsAndMonths.
+    static std::array<qint64, 6> offsetBetween(const Date& base, const Date& known, bool withYearsAndMonths);
 
     // ---- src/writeback: the execute run ---------------------------------------------------
     void ExecuteBtn_Action();
@@ -167,6 +179,8 @@ public:
 
     // ---- src/shell: menu ------------------------------------------------------------------
     bool _AppleAbout_Action();
+    // The chosen files and folders are appended as the desktop's hand-over appends them.
+    void FileAddFiles_Action();
 
 protected:
     void dragEnterEvent(QDragEnterEvent* e) override;

@@ -69,7 +69,8 @@ constexpr qint64 kLastWritableYear = 9999;
 
 }  // namespace
 
-// The base cell of the row (column baseChoice), in either date form, plus the add values.
+// The base cell of the row (column baseChoice), in either date form, plus the add values
+// (culcBaseDate is the first half: the cell as a date).
 //
 // The cell is parsed as YYYY:MM:DD HH:MM:SS after every "-" became ":", so a file date
 // and an Exif date take the same path. A date piece of fewer than three fields is no date:
@@ -86,7 +87,7 @@ constexpr qint64 kLastWritableYear = 9999;
 // Range: a result is given only for a year from 0 to 9999, whose SQLDateTime is exactly 19
 // characters and can be written over an Exif date. A result outside it is nullopt, as for
 // a cell that holds no date: the display stays blank and the run leaves the row alone.
-std::optional<Date> Window1::culcAimValue(int row)
+std::optional<Date> Window1::culcBaseDate(int row)
 {
     const BaseCell cell{ListBox1->Cell(row, baseChoice), row};
     const QString text = ReplaceAll(cell.text, QStringLiteral("-"), QStringLiteral(":"));
@@ -104,14 +105,29 @@ std::optional<Date> Window1::culcAimValue(int row)
     d.setHour(integerOf(fieldAt(timeFields, 0, cell)));
     d.setMinute(integerOf(fieldAt(timeFields, 1, cell)));
     d.setSecond(integerOf(fieldAt(timeFields, 2, cell)));
+    return d;
+}
 
-    for (int i = 0; i < 6; ++i) {
-        const double sum = double((d.*kUnits[i].get)()) + Val(AddValue(i)->text());
-        (d.*kUnits[i].set)(toInteger(sum));
-    }
-
+std::optional<Date> Window1::culcAimValue(int row)
+{
+    const std::optional<Date> base = culcBaseDate(row);
+    if (!base)
+        return std::nullopt;
+    std::array<double, 6> add{};
+    for (int i = 0; i < 6; ++i)
+        add[i] = Val(AddValue(i)->text());
+    const Date d = culcAddValues(*base, add);
     if (d.Year() < kFirstWritableYear || d.Year() > kLastWritableYear)
         return std::nullopt;
+    return d;
+}
+
+Date Window1::culcAddValues(Date d, const std::array<double, 6>& add)
+{
+    for (int i = 0; i < 6; ++i) {
+        const double sum = double((d.*kUnits[i].get)()) + add[i];
+        (d.*kUnits[i].set)(toInteger(sum));
+    }
     return d;
 }
 

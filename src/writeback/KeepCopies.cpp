@@ -23,8 +23,7 @@ void Window1::bindKeepCopies()
     a->setObjectName(kKeepCopies);
     a->setCheckable(true);
     a->setChecked(true);
-    // Above About, which some desktops move into the application menu.
-    menu->insertAction(bar->lookup(QStringLiteral("AppleAbout")), a);
+    menu->addAction(a);
 }
 
 bool Window1::keepCopiesInStep() const

@@ -11,6 +11,7 @@
 #include "platform/PictureWorker.h"
 #include "platform/ScaledPicture.h"
 #include "shell/Window1.h"
+#include "support/MadeFiles.h"
 #include "support/TiffBuilder.h"
 
 namespace {
@@ -106,9 +107,8 @@ private slots:
             QVERIFY(qBlue(w->Canvas1->Backdrop().pixel(100, 100)) > 200);
     }
 
-    // Selected after a picture: decoded at a reduced scale, a picture still lands at its
-    // stored size times fitted width over stored width, centred, and unturned whatever its
-    // orientation code says. A truncated JPEG shows what decodes; what is no picture leaves
+    // Selected after a picture: decoded at a reduced scale (or a HEIF file's thumbnail), a picture still lands at its stored size times fitted width over
+    // stored width, centred, and unturned whatever its orientation code says. A truncated JPEG shows what decodes; what is no picture leaves
     // the pane empty.
     void picture_data()
     {
@@ -122,6 +122,8 @@ private slots:
         QTest::newRow("width truncated, sets the scale") << redPicture({3, 400}) << 1 << QRectF(99.5, 33.3, 1, 133.3);
         QTest::newRow("one pixel wide draws nothing") << redPicture({1, 4000}) << 1 << QRectF();
         QTest::newRow("tiff") << redPicture({64, 48}, "TIFF") << 64 << QRectF(0, 25, 200, 150);
+        const QImage red = QImage::fromData(redPicture({1600, 1200}));
+        QTest::newRow("heic by its thumbnail") << heifEncoded(red, {"-q", "90", "-t", "320"}) << 320 << QRectF(0, 25, 200, 150);
         QTest::newRow("truncated jpeg") << jpeg.left(jpeg.size() / 2) << 0 << QRectF();
         QTest::newRow("jpeg header only") << jpeg.left(300) << -1 << QRectF();
         QTest::newRow("corrupt tiff") << QByteArray::fromHex("49492a0008000000ffff010103") + QByteArray(200, '\xee')

@@ -12,14 +12,20 @@
 #include <unistd.h>
 
 #include "platform/Canvas.h"
+#include "platform/FileChooser.h"
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
 #include "platform/MsgBox.h"
+#include "shell/AboutWindow.h"
 #include "shell/App.h"
+#include "shell/Translations.h"
 #include "shell/Window1.h"
 #include "support/TiffBuilder.h"
 
 static const char* const kSecondLaunch = "TST_APP_SECOND_LAUNCH";
+// This executable started again as the program with a photo listed: it prints what is cut
+// in the window, then the platform it came up on and the pixel ratio its icon is drawn at.
+static const char* const kShow = "TST_APP_SHOW";
 
 namespace {
 
@@ -56,6 +62,34 @@ int secondLaunch(QList<QByteArray> args)
     if (!started || !QTest::qWaitFor([&] { return ::waitpid(pid, &status, WNOHANG) == pid; }, 60000))
         return -1;
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+// Each caption, heading and date of the window that its control cannot hold, one line each:
+// the width that the text with its box and margins needs, and the control's. (The execute
+// button's three short lines are left out: a push button's size hint is 80 wide at least.)
+QStringList cutTexts(Window1* w)
+{
+    QStringList cut;
+    const auto check = [&](const QString& text, int needs, int has) {
+        if (needs > has)
+            cut << QStringLiteral("%1 needs %2, has %3").arg(text).arg(needs).arg(has);
+    };
+    for (QWidget* c : w->centralWidget()->findChildren<QWidget*>()) {
+        if (auto* b = qobject_cast<QAbstractButton*>(c); b && c->isVisible() && !qobject_cast<QPushButton*>(c))
+            check(b->text(), c->sizeHint().width(), c->width());
+        if (auto* g = qobject_cast<QGroupBox*>(c))
+            check(g->title(), g->minimumSizeHint().width(), g->width());
+        if (auto* f = qobject_cast<QLineEdit*>(c); f && c->isVisible())
+            check(f->text(), f->fontMetrics().horizontalAdvance(f->text()) + 8, f->width());
+    }
+    const int margins = 22 + 2 * (w->style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + 1);
+    for (Listbox* table : {w->ListBox1, w->ListHeader})
+        for (int c = 1; c <= 5; ++c) {
+            check(table->Cell(0, c), margins + table->fontMetrics().horizontalAdvance(table->Cell(0, c)), table->columnWidth(c));
+            check(table->horizontalHeader()->model()->headerData(c, Qt::Horizontal).toString(),
+                  table->horizontalHeader()->sectionSizeHint(c), table->columnWidth(c));
+        }
+    return cut;
 }
 
 }  // namespace
@@ -122,6 +156,8 @@ private slots:
             << "launch" << QList<QByteArray>{sjisPath, "後から", "gone", "relative"} << QStringList{kSjisShown, "後から", "relative"};
         QTest::newRow("second launch without files") << "launch" << QList<QByteArray>{} << QStringList{};
         QTest::newRow("second launch past a stranger") << "stranger" << QList<QByteArray>{"new"} << QStringList{"new"};
+        QTest::newRow("Add Files (Ctrl+O), Shift-JIS and missing names")
+            << "chooser" << QList<QByteArray>{sjisPath, "gone", "middle"} << QStringList{kSjisShown, "middle"};
     }
     void later()
     {
@@ -133,6 +169,16 @@ private slots:
         if (how == "event") {
             QFileOpenEvent e(dir.filePath(QString::fromUtf8(args[0])));
             QCoreApplication::sendEvent(qApp, &e);
+        } else if (how == "chooser") {
+            QStringList offered;
+            setFileChooser([&](const QString&, const QStringList& filters) {
+                offered = filters;
+                return QList<FolderItem>{FolderItem(args[0]), FolderItem(args[1]), FolderItem(args[2])};
+            });
+            QVERIFY(QTest::qWaitForWindowActive(w));
+            QTest::keyClick(w, Qt::Key_O, Qt::ControlModifier);
+            setFileChooser({});
+            QVERIFY(offered.size() == 2 && offered[0].contains("*.dng") && offered[1] == "All files (*)");
         } else {
             // Another process of the user that connects and sends half a message blocks nobody.
             QLocalSocket stranger;
@@ -148,6 +194,47 @@ private slots:
         QCOMPARE(w->ListBox1->ListIndex(), 1);
         QCOMPARE(reports, args.contains("gone") ? QStringList{"list every item: “gone” does not exist."} : QStringList{});
         reports.clear();
+    }
+
+    // The program comes up natively in a desktop session of either kind (a headless Wayland
+    // compositor, an X server: the session says what it is and names no platform), and at
+    // each scale factor, in Japanese too, with every caption, heading and date whole and its
+    // icon drawn for the screen's pixels. "$0" is the program, a shell runs the line.
+    void platforms_data()
+    {
+        QTest::addColumn<QString>("session");
+        QTest::addColumn<QString>("scale");
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("Wayland") << "weston --backend=headless-backend.so --no-config --socket=velkaro & timeout 20 sh -c "
+                                    "'until [ -S $XDG_RUNTIME_DIR/velkaro ]; do sleep 0.1; done' && WAYLAND_DISPLAY=velkaro "
+                                    "XDG_SESSION_TYPE=wayland env -u QT_QPA_PLATFORM \"$0\"; kill $!"
+                                 << "1" << "en_US" << "wayland at 1";
+        QTest::newRow("X11") << "xvfb-run -a env -u QT_QPA_PLATFORM XDG_SESSION_TYPE=x11 \"$0\"" << "1.5" << "en_US" << "xcb at 1.5";
+        QTest::newRow("1.25") << "\"$0\"" << "1.25" << "en_US" << "offscreen at 1.25";
+        QTest::newRow("2") << "\"$0\"" << "2" << "en_US" << "offscreen at 2";
+        QTest::newRow("2, Japanese") << "\"$0\"" << "2" << "ja_JP" << "offscreen at 2";
+    }
+    void platforms()
+    {
+        QFETCH(QString, session);
+        QFETCH(QString, scale);
+        QFETCH(QString, language);
+        if (!session.startsWith('"') && QStandardPaths::findExecutable(session.section(' ', 0, 0)).isEmpty())
+            QSKIP("this display server is not installed");
+        QTemporaryDir runtime;
+        QVERIFY(QFile::setPermissions(runtime.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "LC_ALL", "LC_MESSAGES", kSecondLaunch})
+            env.remove(name);
+        for (const auto& [name, value] : {std::pair{"XDG_RUNTIME_DIR", runtime.path()}, {"QT_SCALE_FACTOR", scale},
+                                          {"LANG", language + ".UTF-8"}, {kShow, "1"}})
+            env.insert(name, value);
+        QProcess child;
+        child.setProcessEnvironment(env);
+        child.start("sh", {"-c", session, QCoreApplication::applicationFilePath()});
+        QVERIFY(child.waitForFinished(60000));
+        QTEST(QString::fromUtf8(child.readAllStandardOutput()).trimmed(), "shown");
     }
 
     // Dropped by its URL's percent-encoded bytes, shown, and its dates changed in place:
@@ -181,6 +268,22 @@ int main(int argc, char** argv)
     if (qEnvironmentVariableIsSet(kSecondLaunch)) {
         // Answers 0 when it handed its files over, 3 when it became the running copy.
         return app.start(app.launchDocuments(), qEnvironmentVariable(kSecondLaunch)) ? 3 : 0;
+    }
+    if (qEnvironmentVariableIsSet(kShow)) {
+        installTranslations(app);
+        setFailureReport([](const QString& action, const QString& reason) { printf("%s: %s\n", qPrintable(action), qPrintable(reason)); });
+        QTemporaryDir dir;
+        if (!app.start({}) || !writeBytes(dir.filePath("IMG_0001.JPG"), photo(), 1))
+            return 2;
+        Window1* w = Window1::instance();
+        w->addFileToTable(FolderItem(dir.filePath("IMG_0001.JPG")));
+        w->ListBox1->setListIndex(0);
+        if (!QTest::qWaitForWindowExposed(w, 20000))
+            return 2;
+        for (const QString& line : cutTexts(w))
+            puts(qPrintable(line));
+        printf("%s at %g\n", qPrintable(QGuiApplication::platformName()), vlk_Icon_BigSur_128().devicePixelRatio());
+        return 0;
     }
     TestApp test;
     QTEST_SET_MAIN_SOURCE_PATH

@@ -8,9 +8,11 @@
 #include <ctime>
 #include <memory>
 
+#include "platform/DateTimeQuestion.h"
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
 #include "platform/OneShotTimer.h"
+#include "shell/MenuBar1.h"
 #include "shell/Window1.h"
 
 using Adds = QMap<int, QString>;  // add values other than "0", by unit
@@ -92,18 +94,24 @@ private slots:
     }
 
     // The display follows the selected row and the base; a row without a file leaves it be.
+    // The offset from a known time is there only while it shows a date.
     void followsSelectionAndBase()
     {
+        QAction* knownTime = MenuBar1::instance()->lookup(QStringLiteral("EditOffsetFromKnownTime"));
+        QVERIFY(!knownTime->isEnabled());
         addRow(QStringLiteral("2019-01-02 03:04:05"), 2);
         QCOMPARE(shown(), blank);
+        QVERIFY(!knownTime->isEnabled());
         click(w->BaseKind(2));
         QCOMPARE(shown(), "2019-01-02 03:04:05");
+        QVERIFY(knownTime->isEnabled());
         w->ListBox1->AddRow(QStringLiteral("not a file"));
         w->ListBox1->setCell(1, 2, QStringLiteral("2020-01-01 00:00:00"));
         w->ListBox1->setListIndex(1);
         QCOMPARE(shown(), "2019-01-02 03:04:05");
         w->ListBox1->DeleteAllRows();
         QCOMPARE(shown(), blank);
+        QVERIFY(!knownTime->isEnabled());
     }
 
     // Typed into the days field: the display follows on Return, and on leaving the field its
@@ -164,6 +172,40 @@ private slots:
         click(w->ClearBtn);
         QCOMPARE(typed() + ' ' + shown(), "0 0 0 0 0 0 2030-05-06 07:08:09");
         QVERIFY(QApplication::focusWidget() == field(2) && field(2)->hasSelectedText());
+    }
+    // Ctrl+T: the true time typed for the selected row becomes the add values, with years
+    // and months only where the box opened them, and the scheduled value shows that time.
+    void knownTime_data()
+    {
+        QTest::addColumn<QString>("cell");  // in column 1 if a file date, else in 4
+        QTest::addColumn<QString>("known");
+        QTest::addColumn<bool>("yearsAndMonths");
+        QTest::addColumn<QString>("adds");
+        QTest::newRow("an hour and a half fast") << "2021:05:06 07:08:09" << "2021-05-06 05:38:09" << false << "0 0 0 -1 -30 0";
+        QTest::newRow("years behind, in days") << "2019:01:31 12:00:00" << "2021-03-01 12:00:01" << false << "0 0 760 0 0 1";
+        QTest::newRow("leap day to a year later") << "2020:02:29 10:00:00" << "2021-03-01 10:00:00" << true << "1 0 0 0 0 0";
+        QTest::newRow("31 January to 1 March: no month fits") << "2021:01:31 00:00:00" << "2021-03-01 00:00:00" << true << "0 0 29 0 0 0";
+        QTest::newRow("back over a month end") << "2022:03:31 08:00:00" << "2021-02-28 07:59:59" << true << "-1 -1 -3 0 0 -1";
+        QTest::newRow("file date into the spring gap") << "2021-03-28 01:30:00" << "2021-03-28 02:30:00" << false << "0 0 0 1 0 0";
+    }
+    void knownTime()
+    {
+        QFETCH(QString, cell);
+        QFETCH(QString, known);
+        QFETCH(bool, yearsAndMonths);
+        click(w->BaseKind(cell.contains('-') ? 1 : 4));
+        addRow(cell, cell.contains('-') ? 1 : 4);
+        if (yearsAndMonths)
+            click(w->AddValCheckBox);
+        field(4)->setText(QStringLiteral("7"));  // a guess entered before, replaced
+        setDateTimeAnswer([&](const QString&, const QString&, const Date&) {
+            const QStringList n = known.split(QRegularExpression("[- :]"));
+            return std::optional(Date(n[0].toInt(), n[1].toInt(), n[2].toInt(), n[3].toInt(), n[4].toInt(), n[5].toInt()));
+        });
+        QTest::keyClick(w.get(), Qt::Key_T, Qt::ControlModifier);
+        setDateTimeAnswer({});
+        QTEST(typed(), "adds");
+        QCOMPARE(shown(), known);
     }
 };
 
