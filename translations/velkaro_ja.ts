@@ -541,6 +541,10 @@
         <source></source>
         <translation>リンクです</translation>
     </message>
+    <message id="Copy.sidecarReadOnly">
+        <source></source>
+        <translation>読み取り専用です</translation>
+    </message>
     <message id="Copy.sidecarFolder">
         <source></source>
         <translation>フォルダです</translation>

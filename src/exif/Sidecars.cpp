@@ -1,5 +1,7 @@
 #include "exif/Sidecars.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 
 #include "exif/XmpDates.h"
@@ -41,7 +43,11 @@ std::vector<Sidecar> findSidecars(const FolderItem& item)
             c.why = textById("Copy.sidecarFolder", "it is a folder");
         else {
             PinnedItem p(c.file, PinnedItem::Contents);
-            if (!p.isOpen() || !p.status(st))
+            // Marked read-only, it stays so, even for a user whom the system lets write it.
+            const QFileInfo info(c.file.path());
+            if (info.exists() && !(info.permissions() & (QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther)))
+                c.why = textById("Copy.sidecarReadOnly", "it is read-only");
+            else if (!p.isOpen() || !p.status(st))
                 c.why = p.why();
             else if (st.size > quint64(kMaxXmpPacket))
                 c.why = xmpTooLargeWhy();
