@@ -50,6 +50,13 @@ int main(int argc, char** argv)
         deep.next(0, 0);
         seeds << deep.bytes();
     }
+    // A movie: ftyp, then moov with a version 0 movie header, then mdat.
+    const auto box = [](const char* type, const QByteArray& body) {
+        return QByteArray::fromHex(QByteArray::number(8 + body.size(), 16).rightJustified(8, '0')) + type + body;
+    };
+    seeds << box("ftyp", QByteArray("isom\0\0\2\0isom", 12))
+                 + box("moov", box("mvhd", QByteArray::fromHex("00000000DCEE2F6EDCEE2F6E").leftJustified(100, '\0')))
+                 + box("mdat", "data");
     for (int i = 0; i < seeds.size(); ++i)
         writeBytes(QDir(argv[1]).filePath(QStringLiteral("seed%1").arg(i)), seeds[i]);
     return 0;

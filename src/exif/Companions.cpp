@@ -2,6 +2,7 @@
 
 #include "exif/Container.h"
 #include "exif/DateCopies.h"
+#include "exif/Movie.h"
 #include "platform/BinaryStream.h"
 
 // Each kind of copy is one step; checksums come last, as they cover what the steps before
@@ -10,6 +11,7 @@ void findCompanions(BinaryStream& file, const FolderItem& item, const std::vecto
 {
     if (out.dateCopies)
         moveDateCopies(file, item, locateContainer(file), dates, out);
+    movieCompanions(file, item, dates, out);
 }
 
 // INTERIM until the container walkers land: no layout.

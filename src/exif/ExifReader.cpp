@@ -358,8 +358,11 @@ private:
 void Window1::getExifInfo()
 {
     double position = getIFDEntry();
-    if (position < 0)
+    if (position < 0) {
+        // No TIFF header near the start: a movie keeps its dates in its own header.
+        getMovieInfo();
         return;
+    }
     std::vector<quint64> chain;
     for (int pass = 0; pass < kChainPasses; ++pass) {
         chain.push_back(toPosition(position));

@@ -59,8 +59,9 @@ void Window1::drawCanvas(int row)
     (void)ListBox1->CellTagAt(row, 6);
 
     const quint64 asked = Canvas1->backdropVersion();
-    // Large pictures come decoded at a reduced scale that still covers the square.
-    previewWorker->request(f, Canvas1->size(), [this, asked](const ScaledPicture& picture) {
+    // Large pictures come decoded at a reduced scale that still covers the square, in the
+    // screen's own pixels where it has more than one to a point.
+    previewWorker->request(f, Canvas1->size() * Canvas1->devicePixelRatioF(), [this, asked](const ScaledPicture& picture) {
         if (Canvas1->backdropVersion() == asked && !picture.isNull())
             guard("show the preview", [&] { drawPicture(picture); });
     });
@@ -79,7 +80,11 @@ void Window1::drawPicture(const ScaledPicture& picture)
     // Only the fitted width sets the scale, for tall pictures too.
     const double scale = double(boxWidth) / double(w);
 
-    QImage backdrop = blankPicture(canvasWidth, canvasHeight);
+    // Drawn in points on a picture of the screen's pixels, so that it stays sharp on a
+    // scaled screen.
+    const qreal ratio = Canvas1->devicePixelRatioF();
+    QImage backdrop = blankPicture(qCeil(canvasWidth * ratio), qCeil(canvasHeight * ratio));
+    backdrop.setDevicePixelRatio(ratio);
     // The picture at its stored size times the scale, with its centre at the square's
     // centre.
     const QSizeF drawn(w * scale, h * scale);
@@ -88,7 +93,7 @@ void Window1::drawPicture(const ScaledPicture& picture)
         QPainter painter(&backdrop);
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
         painter.drawImage(QRectF(centre - QPointF(drawn.width() / 2, drawn.height() / 2), drawn),
-                          reducedFor(picture.image, drawn));
+                          reducedFor(picture.image, drawn * ratio));
     }
     Canvas1->setBackdrop(backdrop);
 }

@@ -13,6 +13,7 @@
 #include <QRadioButton>
 #include <QTextEdit>
 
+#include "MimeTypes.h"  // generated from velkaro.desktop
 #include "platform/FileChooser.h"
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
@@ -282,18 +283,14 @@ bool Window1::_AppleAbout_Action()
     return false;
 }
 
-// The types offered first are those the desktop opens with the program (velkaro.desktop).
+// The types offered first are those the desktop opens with the program (velkaro.desktop's
+// MimeType, given by the build).
 void Window1::FileAddFiles_Action()
 {
-    static const char* const kTypes[] = {
-        "image/jpeg", "image/tiff", "image/x-adobe-dng", "image/x-canon-cr2", "image/x-nikon-nef",
-        "image/x-nikon-nrw", "image/x-sony-arw", "image/x-sony-sr2", "image/x-sony-srf",
-        "image/x-pentax-pef", "image/x-kodak-dcr", "image/x-kodak-kdc",
-    };
     QStringList patterns;
     const QMimeDatabase types;
-    for (const char* name : kTypes)
-        for (const QString& pattern : types.mimeTypeForName(QString::fromLatin1(name)).globPatterns())
+    for (const QString& name : QStringLiteral(VELKARO_MIME_TYPES).split(u','))
+        for (const QString& pattern : types.mimeTypeForName(name).globPatterns())
             if (!patterns.contains(pattern))
                 patterns << pattern;
     const QStringList filters = {

@@ -107,6 +107,9 @@ public:
     double getIFDEntry();
     double analyzeIFD(double pos);  // the next offset in the chain; entries are getExifInfo's
     QString culcType(int tag, QByteArrayView value, int type, qint64 count);
+    // A movie's dates from its movie header (src/exif/MovieInfo.cpp); false when the file is
+    // no movie.
+    bool getMovieInfo();
 
     // ---- src/table: the file table and its rows -------------------------------------------
     void ListBox1_Open();

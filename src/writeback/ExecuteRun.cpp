@@ -15,6 +15,8 @@
 #include <utility>
 #include <vector>
 
+#include "exif/Boxes.h"
+#include "exif/Movie.h"
 #include "platform/BusyPointer.h"
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
@@ -33,11 +35,20 @@ const QString kExecuteQuestion =
 constexpr int kOkCancelQuestion = 33;
 constexpr int kNamedAtMost = 20;  // dates named in a report; the rest are counted
 
+// Bytes as a report shows them: a text as it is, a number (a movie's time) in hexadecimal.
+QString shown(const QByteArray& bytes)
+{
+    for (const char c : bytes)
+        if (uchar(c) < 0x20 || uchar(c) > 0x7E)
+            return QStringLiteral("0x") + QString::fromLatin1(bytes.toHex().toUpper());
+    return QString::fromLatin1(bytes);
+}
+
 QString changedWhy(quint64 position, const QByteArray& expected)
 {
     return textById("Run.changed", "it has changed since it was listed: at byte %1 it no longer holds %2")
         .arg(position)
-        .arg(QString::fromLatin1(expected));
+        .arg(shown(expected));
 }
 
 // Why the path no longer names the object that was listed.
@@ -239,8 +250,16 @@ void carryOut(Listbox* t, const RowPlan& p, Written& written)
     writePatches(
         item, now, p.patches, written, [&](const Patch& c, const QString& why) { throw RunStopped(t, p, c.column, why); },
         [&](const Patch& c) {
-            if (c.isDate())
+            if (c.isDate()) {
                 t->setCell(p.row, c.column, p.exifDate);
+                // A movie time's tag keeps the field's value, which a later run starts from.
+                const QVariant tag = t->CellTag(p.row, c.column);
+                if (tag.metaType() == QMetaType::fromType<MovieTime>()) {
+                    MovieTime m = tag.value<MovieTime>();
+                    m.seconds = bigEndian(c.after, 0, int(c.after.size()));
+                    t->setCellTag(p.row, c.column, QVariant::fromValue(m));
+                }
+            }
         });
     for (const FilePatches& other : p.others) {
         if (other.patches.empty())

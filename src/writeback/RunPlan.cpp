@@ -3,6 +3,7 @@
 #include <QSet>
 
 #include "exif/Companions.h"
+#include "exif/Movie.h"
 #include "platform/BusyPointer.h"
 #include "platform/Convert.h"
 #include "platform/Listbox.h"
@@ -40,12 +41,30 @@ quint64 placeOf(const QVariant& tag)
     return number && at >= 1 ? toPosition(at) : 0;
 }
 
+// A movie's time: the field as listed becomes the scheduled date in UTC seconds since 1904,
+// as wide as the field.
+std::optional<Patch> moviePatch(int column, const MovieTime& m, const Date& aim, const QString& exifDate, QString& why)
+{
+    const std::optional<quint64> seconds = movieSeconds(aim, m.width);
+    if (m.position < 1 || (m.width != 4 && m.width != 8))
+        why = textById("Run.placeUnknown", "the place of this date in the file is not known");
+    else if (!seconds)
+        why = textById("Run.movieRange", "the scheduled date %1 does not fit this movie time, which holds %2 to %3")
+                  .arg(exifDate, movieTimeText(1),
+                       m.width == 4 ? movieTimeText(0xFFFFFFFFull) : QStringLiteral("9999:12:31 23:59:59"));
+    else
+        return Patch{toPosition(m.position), movieBytes(m.seconds, m.width), movieBytes(*seconds, m.width), column, {}};
+    return std::nullopt;
+}
+
 // The change that puts the row's scheduled date into one ticked cell's place, or why there
 // is none. The tag says where the date lies and in what form; the cell's text is what the
 // file held there when it was listed.
-std::optional<Patch> datePatch(int column, const QVariant& tag, const QString& cell, const QString& exifDate,
-                               QString& why)
+std::optional<Patch> datePatch(int column, const QVariant& tag, const QString& cell, const Date& aim,
+                               const QString& exifDate, QString& why)
 {
+    if (tag.metaType() == QMetaType::fromType<MovieTime>())
+        return moviePatch(column, tag.value<MovieTime>(), aim, exifDate, why);
     Patch p{placeOf(tag), cell.toLatin1(), exifDate.toLatin1(), column, {}};
     if (!isExifDateText(p.after))
         why = textById("Run.aimNoExifDate", "the scheduled date %1 cannot be written as an Exif date").arg(exifDate);
@@ -95,7 +114,7 @@ RunPlan planRun(Window1& w, int count)
                 continue;
             p.exifColumns.push_back(column);
             QString why;
-            if (auto patch = datePatch(column, t->CellTag(row, column), t->Cell(row, column), p.exifDate, why))
+            if (auto patch = datePatch(column, t->CellTag(row, column), t->Cell(row, column), *aim, p.exifDate, why))
                 p.patches.push_back(std::move(*patch));
             else
                 p.unwritable[column] = why;
