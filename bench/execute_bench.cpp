@@ -1,4 +1,4 @@
-// execute_bench --floor FLOOR [--runs R] LIST
+// execute_bench --floor FLOOR [--runs R] [--copies] LIST
 //
 // How fast the execute run shifts every date of the files named in LIST (one path a line),
 // against "FLOOR -w" on the same files: the least I/O that rewriting those dates in place
@@ -15,6 +15,9 @@
 // before the journal, for what they cost a file.
 // Last, the plan of a made-up run of 100,000 files is written to the journal alone, timed.
 // Journals go to a temporary folder. Run it through bench/execute.
+// With --copies, the runs alternate between copies kept in step (the Edit menu's item
+// ticked) and not, and both are printed: the same dates, with and without the copies that
+// move with them.
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -32,9 +35,11 @@
 #include <vector>
 
 #include "journal/Journal.h"
+#include "exif/DateCopies.h"
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
 #include "platform/MsgBox.h"
+#include "shell/MenuBar1.h"
 #include "shell/Window1.h"
 #include "writeback/RunPlan.h"
 
@@ -138,6 +143,32 @@ double timePlan(int n, double& cpuSeconds)
     return double(t.nsecsElapsed()) / 1e9;
 }
 
+// Milliseconds to find and move the dates of a 1-MiB XMP packet (median of 21): a long
+// history before the description's dates, as an editor leaves it.
+double timeLargePacket()
+{
+    QByteArray history;
+    while (history.size() < (1 << 20) - 1024)
+        history += "<rdf:li stEvt:action='saved' stEvt:when='2020-01-01T00:00:00+01:00' stEvt:softwareAgent='x'/>\n";
+    const QByteArray packet =
+        "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'>"
+        "<rdf:Description xmlns:xmp='http://ns.adobe.com/xap/1.0/' xmlns:xmpMM='http://ns.adobe.com/xap/1.0/mm/' "
+        "xmlns:stEvt='http://ns.adobe.com/xap/1.0/sType/ResourceEvent#' xmp:CreateDate='2020-01-01T00:00:00'>"
+        "<xmpMM:History><rdf:Seq>" + history + "</rdf:Seq></xmpMM:History></rdf:Description></rdf:RDF></x:xmpmeta>";
+    const std::vector<Shift> shifts{{5, "2020:01:01 00:00:00", "2020:01:01 01:00:00"}};
+    std::vector<double> ms;
+    for (int i = 0; i < 21; ++i) {
+        CopyFindings found;
+        QElapsedTimer t;
+        t.start();
+        moveXmpCopies(packet, 0, shifts, QString(), found);
+        ms.push_back(double(t.nsecsElapsed()) / 1e6);
+        if (found.moved != 1)
+            qFatal("the packet's date did not move");
+    }
+    return median(ms);
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
@@ -148,12 +179,15 @@ int main(int argc, char** argv)
     QStringList args = app.arguments().mid(1);
     QString floor, listPath;
     int runs = 4;
+    bool copies = false;
     while (!args.isEmpty()) {
         const QString a = args.takeFirst();
         if (a == QLatin1String("--floor") && !args.isEmpty())
             floor = args.takeFirst();
         else if (a == QLatin1String("--runs") && !args.isEmpty())
             runs = std::max(1, args.takeFirst().toInt());
+        else if (a == QLatin1String("--copies"))
+            copies = true;
         else
             listPath = a;
     }
@@ -180,28 +214,36 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "%s: %s\n", qPrintable(where), qPrintable(what));
     });
 
-    std::vector<double> floorTimes, startTimes, runTimes, checkTimes, bareTimes;
+    std::vector<double> floorTimes, startTimes, runTimes, checkTimes, bareTimes, plainTimes;
     timeFloor(floor, listPath);  // warm-up
+    if (copies)
+        runs = std::max(4, (runs + 3) / 4 * 4);
     for (int r = 0; r < runs; ++r) {
+        const bool inStep = !copies || r % 2 == 0;
+        MenuBar1::instance()->lookup(QStringLiteral("EditKeepCopies"))->setChecked(inStep);
         startTimes.push_back(timeFloor(floor, empty.fileName()));
         floorTimes.push_back(timeFloor(floor, listPath));
         int moved = 0, bareMoved = 0;
-        double check = 0, bareCheck = 0;
+        double check = 0, bareCheck = 0, journalled = 0, bare = 0;
         // Forth and back each time, so that the pair leaves the files as they were; which
         // of the two goes first changes from run to run.
-        for (bool journalled : {r % 2 == 0, r % 2 != 0}) {
-            setRunJournalled(journalled);
-            const int hours = journalled == (r % 2 == 0) ? 1 : -1;
-            if (journalled)
-                runTimes.push_back(timeRun(w, files, hours, moved, check));
+        for (bool withJournal : {r % 2 == 0, r % 2 != 0}) {
+            setRunJournalled(withJournal);
+            const int hours = withJournal == (r % 2 == 0) ? 1 : -1;
+            if (withJournal)
+                journalled = timeRun(w, files, hours, moved, check);
             else
-                bareTimes.push_back(timeRun(w, files, hours, bareMoved, bareCheck));
+                bare = timeRun(w, files, hours, bareMoved, bareCheck);
         }
-        checkTimes.push_back(check);
-        std::printf("run %d: floor %.4f s, start-up %.4f s, execute %.4f s (its check alone %.4f s), "
+        (inStep ? runTimes : plainTimes).push_back(journalled);
+        if (inStep) {
+            bareTimes.push_back(bare);
+            checkTimes.push_back(check);
+        }
+        std::printf("run %d: floor %.4f s, start-up %.4f s, execute%s %.4f s (its check alone %.4f s), "
                     "without journal %.4f s, %d and %d files with all three Exif dates moved\n",
-                    r + 1, floorTimes.back(), startTimes.back(), runTimes.back(), check, bareTimes.back(),
-                    moved, bareMoved);
+                    r + 1, floorTimes.back(), startTimes.back(), inStep ? "" : " without copies", journalled, check,
+                    bare, moved, bareMoved);
     }
     const double n = double(files.size());
     const double f = median(floorTimes) - median(startTimes), e = median(runTimes);
@@ -212,10 +254,15 @@ int main(int argc, char** argv)
                 e * 1e6 / n, n / e, e / f, e / b);
     std::printf("  without %8.2f us/file  %9.0f files/s  x%.2f the floor (no journal, nothing read back)\n",
                 b * 1e6 / n, n / b, b / f);
+    if (copies) {
+        const double p = median(plainTimes);
+        std::printf("  without copies %8.2f us/file  x%.2f the floor; with them x%.2f of that\n", p * 1e6 / n, p / f, e / p);
+    }
     const double c = median(checkTimes);
     std::printf("  check   %8.2f us/file  %.0f%% of the execute run\n", c * 1e6 / n, 100 * c / e);
     double planCpu = 0;
     const double plan = timePlan(100000, planCpu);
     std::printf("plan of 100000 files written and synced: %.3f s (%.3f s of it on the processor)\n", plan, planCpu);
+    std::printf("a 1-MiB XMP packet: %.2f ms to find and move its date\n", timeLargePacket());
     return failures ? 1 : 0;
 }

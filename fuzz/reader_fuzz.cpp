@@ -17,6 +17,8 @@
 #include <cstdlib>
 
 #include "exif/Container.h"
+#include "exif/DateCopies.h"
+#include "exif/TiffCopies.h"
 #include "platform/BinaryStream.h"
 #include "platform/Listbox.h"
 #include "platform/Convert.h"
@@ -114,6 +116,18 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const QString plain = readBytes(w, bytes, true, kPlainBudget);
     if (!plain.isEmpty() && w.TiffOfs >= 0 && plain != shown)
         fail("not as the plain walk", "shown " + shown + ", plain " + plain);
+    // The finders of date copies, on the same bytes as an XMP packet, as IPTC datasets and as
+    // a TIFF block: every change they find lies inside, keeps its length, changes digits only.
+    const QByteArray old = "2001:02:03 04:05:06", aim = "2002:03:04 05:06:07";
+    CopyFindings found;
+    moveXmpCopies(bytes, 0, {{4, old, aim}, {5, old, aim}}, {}, found);
+    moveIptcCopies(bytes, 0, {{4, old, aim}, {5, old, aim}}, {}, found);
+    for (const CopyEdit& e : found.edits)
+        for (qsizetype i = 0; i < e.before.size(); ++i)
+            if (e.after.size() != e.before.size() || bytes.mid(qsizetype(e.position), e.before.size()) != e.before
+                || (e.before[i] != e.after[i] && !(isdigit(e.before[i]) && isdigit(e.after[i]))))
+                fail("a copy's change", e.what + " at " + QString::number(e.position));
+    findTiffCopies(*BinaryStream::overBytes(bytes), {0, quint64(bytes.size())});
     // What the input made goes with it, so that the fuzzer's leak check finds nothing to do.
     w.ListBox1->DeleteAllRows();
     w.bs = {};

@@ -700,6 +700,53 @@
     <message id="Run.timeNotLanded">
         <source></source>
         <translation>%1 に設定しましたが、読み返すと %2 です</translation>
+    <message id="Copy.differs">
+        <source></source>
+        <translation>%1 を示しており、表の日付とは別の時刻です</translation>
+    </message>
+    <message id="Copy.notADate">
+        <source></source>
+        <translation>「%1」はこの形式の日付ではありません</translation>
+    </message>
+    <message id="Copy.xmpTooLarge">
+        <source></source>
+        <translation>XMP パケットが %1 MiB を超えています</translation>
+    </message>
+    <message id="Copy.xmpBadUtf8">
+        <source></source>
+        <translation>XMP パケットが正しい UTF-8 ではありません</translation>
+    </message>
+    <message id="Copy.xmpNotWellFormed">
+        <source></source>
+        <translation>XMP パケットが整形式ではありません</translation>
+    </message>
+    <message id="Copy.xmpAt">
+        <source></source>
+        <translation>%1 バイト目の XMP</translation>
+    </message>
+    <message id="Copy.sidecarLink">
+        <source></source>
+        <translation>リンクです</translation>
+    </message>
+    <message id="Copy.sidecarReadOnly">
+        <source></source>
+        <translation>読み取り専用です</translation>
+    </message>
+    <message id="Copy.sidecarFolder">
+        <source></source>
+        <translation>フォルダです</translation>
+    </message>
+    <message id="Run.copies">
+        <source></source>
+        <translation>これらの日付とともに動く XMP・IPTC・他の Exif ディレクトリ内のコピー：%1 件。</translation>
+    </message>
+    <message id="Run.copiesKept">
+        <source></source>
+        <translation>異なる、または書き込めないため、そのまま残るコピー：%1 件。</translation>
+    </message>
+    <message id="Menu.keepCopies">
+        <source></source>
+        <translation>XMP と IPTC のコピーも合わせて変更</translation>
     </message>
     <message id="Menu.file">
         <source>&amp;File</source>

@@ -20,13 +20,13 @@ bool overlaps(const Patch& p, Span s)
 
 }  // namespace
 
-void refreshChecksums(BinaryStream& file, const FolderItem& item, const std::vector<Patch>& dates, Companions& out)
+void refreshChecksums(BinaryStream& file, const FolderItem& item, const ContainerLayout& layout,
+                      const std::vector<Patch>& dates, Companions& out)
 {
     std::vector<Patch> changes = dates;
     changes.insert(changes.end(), out.patches.begin(), out.patches.end());
     if (changes.empty())
         return;
-    const ContainerLayout layout = locateContainer(file);
     for (const Checksummed& c : layout.checksums) {
         std::vector<const Patch*> inside;
         for (const Patch& p : changes)

@@ -15,6 +15,8 @@ struct Companions {
     std::vector<Patch> patches;       // in the same file, after the dates
     std::vector<FilePatches> others;  // in other files beside it
     QStringList kept;                 // copies left as they are, each "place: why"
+    int copies = 0;                   // copies of dates that move (an IPTC date with its time is one)
+    bool dateCopies = true;           // in: whether copies of dates move with them at all
 };
 
 // The companions of `dates` (the patches of one row's ticked dates) in the file read through

@@ -64,6 +64,7 @@ Window1::Window1(QWidget* parent) : QMainWindow(parent)
     bindPreviewHandlers();
     bindMenu();
     bindJournalHandlers();
+    bindKeepCopies();
 
     openTableControls();
     openTargetControls();

@@ -102,6 +102,7 @@ public:
     void bindPreviewHandlers();    // src/preview/
     void bindMenu();               // src/shell/MenuBar1.cpp
     void bindJournalHandlers();    // src/journal/
+    void bindKeepCopies();         // src/writeback/KeepCopies.cpp
     void openTableControls();      // ListBox1_Open, ListHeader_Open
     void openTargetControls();     // BaseKind_Open (1, 2, 4, 5, 3), AddValue_Open (0..5)
 
@@ -177,6 +178,9 @@ public:
     // The check that comes before the first byte of a run: a line for each ticked date that
     // cannot be changed safely. Reads the files, writes nothing.
     QStringList checkExecute();
+    // Whether copies of the dates in XMP, IPTC and other directories move with them (the
+    // Edit menu's checkable item, ticked at start).
+    bool keepCopiesInStep() const;
 
     // ---- src/journal: the way back from a run ---------------------------------------------
     void FileUndoLastRun_Action();

@@ -15,6 +15,7 @@
 namespace {
 
 constexpr int kDateLength = 19;  // an Exif date's text, without its NUL
+constexpr int kKeptNamed = 10;   // copies that stay, named in the confirmation; the rest counted
 
 // An Exif date text, "dddd:dd:dd dd:dd:dd": exactly the 19 bytes that replace a date in a
 // file. Any other text would spill over the field or leave part of the old one.
@@ -93,6 +94,7 @@ RunPlan planRun(Window1& w, int count)
 {
     Listbox* t = w.ListBox1;
     RunPlan plan;
+    plan.dateCopies = w.keepCopiesInStep();
     QSet<QString> exifFiles;
     bool restore = false;
     for (int row = 0; row < count; ++row) {
@@ -150,10 +152,9 @@ void findCompanions(RunPlan& plan)
         if (stream.isNil())
             continue;
         Companions found;
+        found.dateCopies = plan.dateCopies;
         findCompanions(*stream, p.file, p.patches, found);
-        plan.copies += int(found.patches.size());
-        for (const FilePatches& other : found.others)
-            plan.copies += int(other.patches.size());
+        plan.copies += found.copies;
         p.patches.insert(p.patches.end(), found.patches.begin(), found.patches.end());
         p.others.insert(p.others.end(), found.others.begin(), found.others.end());
         plan.kept += found.kept;
@@ -170,5 +171,18 @@ QString summaryOf(const RunPlan& plan)
                 + textById("Run.creationsKept",
                             "Ticked creation dates that stay as they are, since this system cannot set them: %1.")
                       .arg(plan.creationsKept);
+    if (plan.copies > 0)
+        text += QLatin1Char('\n')
+                + textById("Run.copies", "Copies of these dates in XMP, IPTC and other Exif directories that move with them: %1.")
+                      .arg(plan.copies);
+    if (!plan.kept.isEmpty()) {
+        text += QLatin1Char('\n')
+                + textById("Run.copiesKept", "Copies that differ or cannot be written, and stay as they are: %1.")
+                      .arg(plan.kept.size());
+        for (qsizetype i = 0; i < plan.kept.size() && i < kKeptNamed; ++i)
+            text += QLatin1Char('\n') + plan.kept[i];
+        if (plan.kept.size() > kKeptNamed)
+            text += QLatin1Char('\n') + textById("Run.andMore", "and %1 more.").arg(plan.kept.size() - kKeptNamed);
+    }
     return text;
 }

@@ -41,7 +41,8 @@ struct RunPlan {
     int exifDates = 0;
     int exifFiles = 0;
     int creationsKept = 0;  // ticked creation dates that this system cannot set
-    int copies = 0;         // changes that move with the dates
+    int copies = 0;         // copies of dates that move with them
+    bool dateCopies = true; // whether they move at all (the menu's "Keep copies in XMP and IPTC in step")
     QStringList kept;       // copies that stay as they are, and why
 };
 

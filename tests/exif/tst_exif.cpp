@@ -3,6 +3,7 @@
 // are the fuzz target's (fuzz/), which scripts/test runs.
 #include <QtTest>
 
+#include "exif/DateCopies.h"
 #include "platform/Listbox.h"
 #include "shell/Window1.h"
 #include "support/TiffBuilder.h"
@@ -32,6 +33,23 @@ void orientation(const QByteArray& name, bool le, int type, const QByteArray& va
     TiffBuilder t(le);
     t.entry(t.directory(), 274, type, 1, value);
     QTest::newRow(name) << t.bytes() << "- | - | - | " + QString::number(turns);
+}
+
+// A packet whose top-level description has these attributes and elements.
+QByteArray xmp(const QByteArray& attributes, const QByteArray& elements = {})
+{
+    return "<?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?><x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF "
+           "xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><rdf:Description xmlns:xmp='http://ns.adobe.com/xap/1.0/' "
+           "xmlns:exif='http://ns.adobe.com/exif/1.0/' " + attributes + ">" + elements
+           + "</rdf:Description></rdf:RDF></x:xmpmeta><?xpacket end='w'?>";
+}
+// IPTC datasets of record 2: number, text, number, text...
+QByteArray iptc(const QList<QByteArray>& sets)
+{
+    QByteArray b;
+    for (qsizetype i = 0; i + 1 < sets.size(); i += 2)
+        b += QByteArray("\x1c\x02") + char(sets[i].toInt()) + char(0) + char(sets[i + 1].size()) + sets[i + 1];
+    return b;
 }
 
 }  // namespace
@@ -213,6 +231,50 @@ private slots:
         QCOMPARE(add(file), plain);
         if (!seen.isEmpty())
             QCOMPARE(plain, seen);
+    }
+
+    // Copies of the shooting and digitization dates, 2019:05:31 23:08:09 moved to 2019:06:02
+    // 00:08:09: each moves in its own form where it showed that time to its own precision,
+    // and stays, named, where it differs or is no date; the image modification date is not
+    // shifted, and nothing else moves.
+    void copies_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QByteArray>("moved");
+        QTest::addColumn<int>("kept");
+        const QByteArray d = "2019-05-31T23:08:09", n = "2019-06-02T00:08:09";
+        QTest::newRow("attribute, zone Z") << xmp("xmp:CreateDate='" + d + "Z'") << xmp("xmp:CreateDate='" + n + "Z'") << 0;
+        QTest::newRow("element, fraction and offset") << xmp("", "<exif:DateTimeOriginal>" + d + ".25+02:00</exif:DateTimeOriginal>")
+                                                      << xmp("", "<exif:DateTimeOriginal>" + n + ".25+02:00</exif:DateTimeOriginal>") << 0;
+        QTest::newRow("minutes, a prefix of its own") << xmp("xmlns:e='http://ns.adobe.com/exif/1.0/' e:DateTimeDigitized=\"2019-05-31T23:08-07:00\"")
+                                                      << xmp("xmlns:e='http://ns.adobe.com/exif/1.0/' e:DateTimeDigitized=\"2019-06-02T00:08-07:00\"") << 0;
+        QTest::newRow("day, month") << xmp("xmlns:photoshop='http://ns.adobe.com/photoshop/1.0/' photoshop:DateCreated='2019-05-31'", "<xmp:CreateDate>2019-05</xmp:CreateDate>")
+                                    << xmp("xmlns:photoshop='http://ns.adobe.com/photoshop/1.0/' photoshop:DateCreated='2019-06-02'", "<xmp:CreateDate>2019-06</xmp:CreateDate>") << 0;
+        QTest::newRow("differs, no date") << xmp("xmp:CreateDate='2019-05-31T23:08:10'", "<exif:DateTimeOriginal>2019-13-45T99:00</exif:DateTimeOriginal>") << QByteArray() << 2;
+        QTest::newRow("not shifted, never moved, other namespace")
+            << xmp("xmp:ModifyDate='" + d + "' xmp:MetadataDate='" + d + "' xmlns:o='http://example.com/' o:CreateDate='" + d + "'",
+                   "<xmpMM:History xmlns:xmpMM='http://ns.adobe.com/xap/1.0/mm/'><rdf:Seq><rdf:li><xmp:CreateDate>" + d + "</xmp:CreateDate></rdf:li></rdf:Seq></xmpMM:History>")
+            << QByteArray() << 0;
+        QTest::newRow("not well formed") << xmp("xmp:CreateDate='" + d + "'", "<exif:DateTimeOriginal>") << QByteArray() << 1;
+        QTest::newRow("bad UTF-8") << xmp("xmp:CreateDate='" + d + "'", "\xff") << QByteArray() << 1;
+        QTest::newRow("IPTC date and time") << iptc({"55", "20190531", "60", "230809+0200"}) << iptc({"55", "20190602", "60", "000809+0200"}) << 0;
+        QTest::newRow("IPTC day alone") << iptc({"62", "20190531", "25", "x"}) << iptc({"62", "20190602", "25", "x"}) << 0;
+        QTest::newRow("IPTC time differs") << iptc({"55", "20190531", "60", "230810+0000"}) << QByteArray() << 1;
+        QTest::newRow("IPTC empty dates") << iptc({"55", "", "60", ""}) << QByteArray() << 0;
+    }
+    void copies()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QByteArray, moved);
+        QFETCH(int, kept);
+        const std::vector<Shift> shifts{{4, "2019:05:31 23:08:09", "2019:06:02 00:08:09"}, {5, "2019:05:31 23:08:09", "2019:06:02 00:08:09"}};
+        CopyFindings found;
+        (bytes.startsWith('<') ? moveXmpCopies : moveIptcCopies)(bytes, 7, shifts, "f", found);
+        QByteArray after = bytes;
+        for (const CopyEdit& e : found.edits)
+            after.replace(qsizetype(e.position) - 7, e.after.size(), e.after);
+        QCOMPARE(after, moved.isEmpty() ? bytes : moved);
+        QCOMPARE(found.kept.size(), kept);
     }
 };
 

@@ -92,8 +92,8 @@ private slots:
         const QByteArray trak = box("trak", header("tkhd", 1, kJune, kJune, 96) + box("mdia", header("mdhd", 1, kJune, kJune, 36)));
         QVERIFY(writeBytes(made.emplaceBack(tmp.filePath("v1.mov")), box("ftyp", "qt  " + be(0, 4)) + box("moov", mvhd(1, kJune, kJune) + trak) + kMdat));
         for (const QString sample : {"ftyp3gp5.mp4", "sample_640x360.mov"})
-            if (QFile::exists("/work/shared/samples/" + sample))
-                made << "/work/shared/samples/" + sample;
+            if (QFile::exists(QStringLiteral(VELKARO_SAMPLES "/") + sample))
+                made << QStringLiteral(VELKARO_SAMPLES "/") + sample;
     }
 
     void builtLayouts_data()

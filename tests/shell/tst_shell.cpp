@@ -145,7 +145,8 @@ private slots:
     }
 
     // Each menu's items in order, found again by name (and index): "name caption shortcut",
-    // marked where hidden or given a menu role. The Edit menu may hold more items than these.
+    // marked where hidden, given a menu role or ticked (copies kept in step at every start).
+    // The Edit menu may hold more items than these.
     void menu_data()
     {
         QTest::addColumn<QStringList>("items");
@@ -157,7 +158,8 @@ private slots:
         QTest::newRow("EditMenu") << QStringList{"EditUndo Undo Ctrl+Z", "EditRedo Redo Ctrl+Shift+Z",
                                                  "UntitledSeparator(1) -", "EditCut Cut Ctrl+X", "EditCopy Copy Ctrl+C",
                                                  "EditPaste Paste Ctrl+V", "EditClear Clear ", "UntitledSeparator(2) -",
-                                                 "EditOffsetFromKnownTime Offset from a Known Time… Ctrl+T"};
+                                                 "EditOffsetFromKnownTime Offset from a Known Time… Ctrl+T",
+                                                 "EditKeepCopies Keep copies in XMP and IPTC in step  ticked"};
         QTest::newRow("HelpMenu") << QStringList{"AppleAbout About Velkaro F1 about"};
     }
     void menu()
@@ -175,7 +177,8 @@ private slots:
             const QAction::MenuRole role = a->menuRole();
             const QString item = nameOf(a) + ' ' + (a->isSeparator() ? "-" : a->text() + ' ' + a->shortcut().toString()) +
                                  (a->isVisible() ? "" : " hidden") +
-                                 (role == QAction::QuitRole ? " quit" : role == QAction::AboutRole ? " about" : "");
+                                 (role == QAction::QuitRole ? " quit" : role == QAction::AboutRole ? " about" : "") +
+                                 (a->isChecked() ? " ticked" : "");
             if (name != "EditMenu" || items.contains(item) || !a->isCheckable())
                 seen << item;
         }

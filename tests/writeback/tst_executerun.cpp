@@ -11,10 +11,12 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include "exif/Container.h"
 #include "platform/HandlerGuard.h"
 #include "platform/Listbox.h"
 #include "platform/MsgBox.h"
 #include "platform/ListboxModel.h"
+#include "shell/MenuBar1.h"
 #include "shell/Window1.h"
 #include "support/TiffBuilder.h"
 
@@ -38,6 +40,15 @@ QString exiftool(const QStringList& args)
     p.start(QStringLiteral("exiftool"), args);
     p.waitForFinished(60000);
     return QString::fromUtf8(p.readAllStandardOutput()).trimmed();
+}
+
+// Whether after differs from before only in digits, byte for byte.
+bool digitsOnly(const QByteArray& before, const QByteArray& after)
+{
+    for (qsizetype i = 0; i < before.size() && before.size() == after.size(); ++i)
+        if (before[i] != after[i] && !(isdigit(before[i]) && isdigit(after[i])))
+            return false;
+    return before.size() == after.size();
 }
 
 }  // namespace
@@ -350,6 +361,88 @@ private slots:
         QCOMPARE(exiftool({"-s3", "-ModifyDate", "-DateTimeOriginal", "-CreateDate", path}).split('\n'), dates);
         for (const QString& line : exiftool(validate).split('\n'))
             QVERIFY2(validBefore.contains(line), qPrintable(line));
+    }
+
+    // Copies of the dates in XMP, IPTC, the thumbnail's directory and sidecars, made by
+    // exiftool or as real files keep them; all three Exif dates ticked. After the run,
+    // exiftool reads the new time in each copy that showed the old one and the rest as they
+    // were; the confirmation named those that stay, and no byte but digits changed.
+    void copies_data()
+    {
+        QTest::addColumn<QString>("sample");      // "": a photo made here, with sidecars
+        QTest::addColumn<bool>("inStep");         // the menu item
+        QTest::addColumn<QStringList>("moved");   // exiftool's lines that change, as they read after
+        QTest::addColumn<int>("kept");
+        const QString n = "=" + kAim;
+        const QStringList exif{"-IFD1:ModifyDate" + n, "-ExifIFD:DateTimeOriginal" + n, "-ExifIFD:CreateDate" + n};
+        QTest::newRow("made by exiftool")
+            << "" << true
+            << exif + QStringList{"-IFD0:ModifyDate" + n, "-IPTC:DateCreated=2019:06:02", "-IPTC:TimeCreated=00:08:09+02:00",
+                                  "-IPTC:DigitalCreationDate=2019:06:02", "-XMP-exif:DateTimeOriginal=2019:06:02 00:08:09.25+02:00",
+                                  "-XMP-photoshop:DateCreated=2019:06:02", "-XMP-xmp:CreateDate=2019:06:02 00:08:09Z",
+                                  ".xmp-XMP-xmp:CreateDate=2019:06:02 00:08", ".jpg.xmp-XMP-exif:DateTimeOriginal=2019:06:02 00:08:09-07:00"}
+            << 1;
+        QTest::newRow("not kept in step") << "" << false << exif << 0;
+        const QString fuji = "=2002:07:14 16:58:28", berlin = "=2008:05:26 20:31:26";
+        QTest::newRow("IPTC and XMP days that differ")
+            << "FujiFilm_FinePixS1Pro_1.jpg" << true
+            << QStringList{"-IFD0:ModifyDate" + fuji, "-ExifIFD:DateTimeOriginal" + fuji, "-ExifIFD:CreateDate" + fuji} << 2;
+        QTest::newRow("zones of one digit")
+            << "type_error_33.jpg" << true
+            << QStringList{"-IFD0:ModifyDate" + berlin, "-ExifIFD:DateTimeOriginal" + berlin, "-ExifIFD:CreateDate" + berlin,
+                           "-XMP-exif:DateTimeOriginal=2008:05:26 20:31:26.0+1:00", "-XMP-exif:DateTimeDigitized=2008:05:26 20:31:26.0+1:00"}
+            << 2;
+    }
+    void copies()
+    {
+        QFETCH(QString, sample);
+        QFETCH(bool, inStep);
+        QFETCH(QStringList, moved);
+        QFETCH(int, kept);
+        if (QStandardPaths::findExecutable(QStringLiteral("exiftool")).isEmpty())
+            QSKIP("exiftool is not installed (scripts/test installs it)");
+        const QString path = dir->filePath("a.jpg"), thumb = dir->filePath("t.jpg");
+        const QStringList files{path, dir->filePath("a.xmp"), path + ".xmp"};
+        if (sample.isEmpty()) {
+            QImage(96, 64, QImage::Format_RGB32).save(path, "JPEG");
+            QImage(16, 12, QImage::Format_RGB32).save(thumb, "JPEG");
+            exiftool({"-q", "-overwrite_original", "-ModifyDate=" + kBase, "-DateTimeOriginal=" + kBase, "-CreateDate=" + kBase,
+                      "-ThumbnailImage<=" + thumb, "-IFD1:ModifyDate=" + kBase, "-XMP-xmp:CreateDate=" + kBase + "Z",
+                      "-XMP-exif:DateTimeOriginal=" + kBase + ".25+02:00", "-XMP-photoshop:DateCreated=2019:05:31",
+                      "-XMP-xmp:ModifyDate=2019:05:31 23:08:10", "-IPTC:DateCreated=2019:05:31", "-IPTC:TimeCreated=23:08:09+02:00",
+                      "-IPTC:DigitalCreationDate=2019:05:31", path});
+            exiftool({"-q", "-XMP-xmp:CreateDate=2019:05:31 23:08", "-o", files[1]});
+            exiftool({"-q", "-XMP-exif:DateTimeOriginal=" + kBase + "-07:00", "-o", files[2]});
+        } else {
+            const QString real = QStringLiteral(VELKARO_SAMPLES "/") + sample;
+            if (!QFile::exists(real))
+                QSKIP("the real sample files are not beside the checkout");
+            QVERIFY(QFile::copy(real, path));
+        }
+        const auto listing = [&] {
+            QStringList lines;
+            for (const QString& f : files)
+                for (const QString& line : exiftool({"-args", "-G1", "-a", "-time:all", "--System:all", "--Composite:all", f}).split('\n', Qt::SkipEmptyParts))
+                    lines << f.mid(dir->filePath("a").size()).replace(".jpg", f == path ? "" : ".jpg") + line;
+            return lines;
+        };
+        QStringList want = listing();
+        for (const QString& line : moved) {
+            const qsizetype at = want.indexOf(QRegularExpression("^" + QRegularExpression::escape(line.section('=', 0, 0)) + "=.*"));
+            QVERIFY2(at >= 0, qPrintable(line));
+            want[at] = line;
+        }
+        QList<QByteArray> bytes;
+        for (const QString& f : files)
+            bytes << readAll(f);
+        w->addFileToTable(FolderItem(path));
+        MenuBar1::instance()->lookup("EditKeepCopies")->setChecked(inStep);
+        run();
+        QCOMPARE(failures, QStringList());
+        QCOMPARE(listing(), want);
+        for (int i = 0; i < files.size(); ++i)
+            QVERIFY2(digitsOnly(bytes[i], readAll(files[i])), qPrintable(files[i]));
+        QVERIFY2(asked.value(1).contains(QString("stay as they are: %1.").arg(kept)) == (kept > 0), qPrintable(asked.value(1)));
     }
 };
 
