@@ -700,6 +700,7 @@
     <message id="Run.timeNotLanded">
         <source></source>
         <translation>%1 に設定しましたが、読み返すと %2 です</translation>
+    </message>
     <message id="Copy.differs">
         <source></source>
         <translation>%1 を示しており、表の日付とは別の時刻です</translation>
