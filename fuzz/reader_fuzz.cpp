@@ -18,6 +18,7 @@
 
 #include "exif/Container.h"
 #include "exif/DateCopies.h"
+#include "exif/Movie.h"
 #include "exif/TiffCopies.h"
 #include "platform/BinaryStream.h"
 #include "platform/Listbox.h"
@@ -49,8 +50,9 @@ QString rowProblem(const Window1& w, int row)
     for (int column = 3; column <= 5; ++column) {
         const QVariant tag = w.ListBox1->CellTag(row, column);
         const bool marker = w.ListBox1->Cell(row, column) == kNoExif;
+        const bool movie = tag.metaType() == QMetaType::fromType<MovieTime>();  // a movie's field of seconds
         if (marker == tag.isValid() || (marker && w.ListBox1->CellCheck(row, column)) ||
-            (!marker && (tag.typeId() != QMetaType::Double || w.ListBox1->Cell(row, column).size() > 254)))
+            (!marker && ((tag.typeId() != QMetaType::Double && !movie) || w.ListBox1->Cell(row, column).size() > 254)))
             problem += QStringLiteral(" column %1").arg(column);
     }
     const QVariant turns = w.ListBox1->CellTag(row, 6);
@@ -74,6 +76,12 @@ QString outsideBlocks(const Window1& w, const QByteArray& bytes)
     for (int column = 3; column <= 5; ++column) {
         const QVariant tag = w.ListBox1->CellTag(0, column);
         const QString text = w.ListBox1->Cell(0, column);
+        if (tag.metaType() == QMetaType::fromType<MovieTime>()) {  // a field of the movie header
+            const MovieTime m = tag.value<MovieTime>();
+            if (m.position < 0 || m.width <= 0 || m.position + m.width > double(bytes.size()))
+                outside += QStringLiteral(" column %1").arg(column);
+            continue;
+        }
         const quint64 at = toPosition(tag.toDouble());
         bool inside = !tag.isValid() || text.isEmpty() || at >= quint64(bytes.size()) ||
                       bytes.mid(qsizetype(at), text.size()) != text.toLatin1();

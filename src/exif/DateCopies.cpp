@@ -4,6 +4,7 @@
 
 #include "exif/Boxes.h"
 #include "exif/IptcDates.h"
+#include "exif/Movie.h"
 #include "exif/Sidecars.h"
 #include "exif/TiffCopies.h"
 #include "exif/XmpDates.h"
@@ -109,6 +110,12 @@ void moveDateCopies(BinaryStream& s, const FolderItem& item, const ContainerLayo
     for (const Patch& d : dates)
         if (d.isDate()) {
             shifts.push_back({d.column, d.before, d.after});
+            // A movie's date is a field of seconds; its copies compare with the wall-clock
+            // time that the cell shows for it.
+            if (d.before.size() != 19) {
+                shifts.back().before = movieTimeText(bigEndian(d.before, 0, int(d.before.size()))).toLatin1();
+                shifts.back().after = movieTimeText(bigEndian(d.after, 0, int(d.after.size()))).toLatin1();
+            }
             datePositions.push_back(d.position);
         }
     if (shifts.empty())

@@ -74,7 +74,7 @@ bool App::start(const QList<QByteArray>& documents, const QString& channelName)
     channel_ = new DocumentChannel(channelName, this);
     if (!channel_->claim(documents))
         return false;
-    connect(channel_, &DocumentChannel::received, this, [this](const QList<QByteArray>& paths) {
+    connect(channel_, &DocumentChannel::received, this, [](const QList<QByteArray>& paths) {
         openDocuments(folderItems(paths));
         Window1* w = Window1::instance();
         w->raise();

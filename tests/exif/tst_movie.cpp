@@ -89,6 +89,9 @@ private slots:
             const QString lavfi = "-v error -y -f lavfi -i color=c=blue:s=16x16:d=0.1 -c:v mpeg4 ";
             QCOMPARE(QProcess::execute("ffmpeg", (lavfi + v.section(' ', 1)).split(' ') << made.last()), 0);
         }
+        // An XMP copy of the shooting time, as the cell shows it in local time.
+        made << tmp.filePath("xmp.mp4");
+        QCOMPARE(QProcess::execute("exiftool", {"-q", "-o", made.last(), "-XMP-exif:DateTimeOriginal=2021:06:15 12:20:30", made.first()}), 0);
         const QByteArray trak = box("trak", header("tkhd", 1, kJune, kJune, 96) + box("mdia", header("mdhd", 1, kJune, kJune, 36)));
         QVERIFY(writeBytes(made.emplaceBack(tmp.filePath("v1.mov")), box("ftyp", "qt  " + be(0, 4)) + box("moov", mvhd(1, kJune, kJune) + trak) + kMdat));
         for (const QString sample : {"ftyp3gp5.mp4", "sample_640x360.mov"})
