@@ -16,9 +16,9 @@
 #include <QSignalBlocker>
 #include <QStringList>
 
-#include "platform/FolderItem.h"
-#include "platform/Listbox.h"
-#include "platform/ReadAhead.h"
+#include "platform/files/FolderItem.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/files/ReadAhead.h"
 #include "shell/Window1.h"
 
 #include <sys/resource.h>

@@ -2,9 +2,9 @@
 // four tags per row: the file, its modification date and two offsets) with the table shown, sorts it, removes every tenth row, and prints
 // the times and the process's resident memory. Run by hand on a Release build:
 //   QT_QPA_PLATFORM=offscreen build-bench/bench/listbox_bench [rows] [screenshot.png]
-#include "platform/Date.h"
-#include "platform/FolderItem.h"
-#include "platform/Listbox.h"
+#include "platform/text/Date.h"
+#include "platform/files/FolderItem.h"
+#include "platform/listbox/Listbox.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

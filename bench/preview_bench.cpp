@@ -35,10 +35,10 @@
 #include <ctime>
 #include <vector>
 
-#include "platform/Canvas.h"
-#include "platform/Listbox.h"
-#include "platform/PictureWorker.h"
-#include "platform/ScaledPicture.h"
+#include "platform/widgets/Canvas.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/pictures/PictureWorker.h"
+#include "platform/pictures/ScaledPicture.h"
 #include "shell/Window1.h"
 #include "support/MadeFiles.h"
 

@@ -27,8 +27,8 @@
 #include <QTemporaryDir>
 #include <QtEndian>
 
-#include "platform/FolderItem.h"
-#include "platform/Listbox.h"
+#include "platform/files/FolderItem.h"
+#include "platform/listbox/Listbox.h"
 #include "shell/Window1.h"
 
 #include <algorithm>

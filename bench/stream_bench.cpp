@@ -1,8 +1,8 @@
 // Per-file cost of taking photographs in: the file dates, a read stream and the reads that
 // the Exif walk makes, against a bare open, six preads and a close of the same files.
 // Usage: stream_bench [files=2000] [rounds=5]. Run it on a Release build.
-#include "platform/FolderItem.h"
-#include "platform/MemoryBlock.h"
+#include "platform/files/FolderItem.h"
+#include "platform/files/MemoryBlock.h"
 
 #include <QCoreApplication>
 #include <QDir>

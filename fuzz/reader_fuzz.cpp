@@ -20,9 +20,9 @@
 #include "exif/DateCopies.h"
 #include "exif/Movie.h"
 #include "exif/TiffCopies.h"
-#include "platform/BinaryStream.h"
-#include "platform/Listbox.h"
-#include "platform/Convert.h"
+#include "platform/files/BinaryStream.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/base/Convert.h"
 #include "shell/Window1.h"
 #include "support/TiffBuilder.h"
 

@@ -1,6 +1,6 @@
 #include "exif/Boxes.h"
 
-#include "platform/BinaryStream.h"
+#include "platform/files/BinaryStream.h"
 
 #include <algorithm>
 

@@ -1,9 +1,10 @@
 #include "exif/Checksums.h"
 
 #include "exif/Boxes.h"
+#include "exif/Companions.h"
 #include "exif/Container.h"
-#include "platform/BinaryStream.h"
-#include "platform/TextId.h"
+#include "platform/files/BinaryStream.h"
+#include "platform/base/TextId.h"
 
 #include <algorithm>
 

@@ -3,7 +3,10 @@
 
 #include <vector>
 
-#include "exif/Companions.h"
+#include "platform/files/Patch.h"
+
+class BinaryStream;
+struct Companions;
 
 // For every PNG chunk that holds bytes of `dates` or of the patches found so far: its bytes
 // as they are must give the CRC stored after them; then, with those patches made in memory,

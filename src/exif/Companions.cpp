@@ -4,7 +4,7 @@
 #include "exif/Container.h"
 #include "exif/DateCopies.h"
 #include "exif/Movie.h"
-#include "platform/BinaryStream.h"
+#include "platform/files/BinaryStream.h"
 
 // Each kind of copy is one step, on one walk of the file's structure; checksums come last,
 // as they cover what the steps before changed.

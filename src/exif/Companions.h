@@ -7,7 +7,7 @@
 
 #include <vector>
 
-#include "platform/Patch.h"
+#include "platform/files/Patch.h"
 
 class BinaryStream;
 

@@ -4,7 +4,7 @@
 
 #include "exif/Boxes.h"
 #include "exif/Container.h"
-#include "platform/BinaryStream.h"
+#include "platform/files/BinaryStream.h"
 
 class ContainerWalk {
 public:

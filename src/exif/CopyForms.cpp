@@ -1,6 +1,6 @@
 #include "exif/CopyForms.h"
 
-#include "platform/TextId.h"
+#include "platform/base/TextId.h"
 
 #include <algorithm>
 

@@ -3,13 +3,14 @@
 #include <algorithm>
 
 #include "exif/Boxes.h"
+#include "exif/Companions.h"
 #include "exif/IptcDates.h"
 #include "exif/Movie.h"
 #include "exif/Sidecars.h"
 #include "exif/TiffCopies.h"
 #include "exif/XmpDates.h"
-#include "platform/BinaryStream.h"
-#include "platform/TextId.h"
+#include "platform/files/BinaryStream.h"
+#include "platform/base/TextId.h"
 
 namespace {
 

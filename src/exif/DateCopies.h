@@ -8,10 +8,12 @@
 
 #include <vector>
 
-#include "exif/Companions.h"
 #include "exif/Container.h"
 #include "exif/CopyForms.h"
-#include "platform/FolderItem.h"
+#include "platform/files/Patch.h"
+
+class BinaryStream;
+struct Companions;
 
 // The copies in one XMP packet or one IPTC block that starts at base in its file; place
 // begins each kept line ("“a.jpg”").

@@ -7,7 +7,7 @@
 #include "shell/Window1.h"
 
 #include "exif/ContainerWalk.h"
-#include "platform/MemoryBlock.h"
+#include "platform/files/MemoryBlock.h"
 
 void Window1::getExifByStructure()
 {

@@ -9,10 +9,10 @@
 #include "shell/Window1.h"
 
 #include "exif/Tags.h"
-#include "platform/Convert.h"
-#include "platform/Listbox.h"
-#include "platform/MemoryBlock.h"
-#include "platform/Text.h"
+#include "platform/base/Convert.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/files/MemoryBlock.h"
+#include "platform/text/Text.h"
 
 #include <algorithm>
 

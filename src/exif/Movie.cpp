@@ -3,9 +3,9 @@
 #include "exif/Movie.h"
 
 #include "exif/Boxes.h"
-#include "platform/BinaryStream.h"
-#include "platform/Date.h"
-#include "platform/Text.h"
+#include "platform/files/BinaryStream.h"
+#include "platform/text/Date.h"
+#include "platform/text/Text.h"
 
 #include <algorithm>
 

@@ -6,9 +6,9 @@
 
 #include "exif/Boxes.h"
 #include "exif/Movie.h"
-#include "platform/BinaryStream.h"
-#include "platform/Date.h"
-#include "platform/TextId.h"
+#include "platform/files/BinaryStream.h"
+#include "platform/text/Date.h"
+#include "platform/base/TextId.h"
 
 #include <QRegularExpression>
 

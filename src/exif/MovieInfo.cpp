@@ -3,7 +3,7 @@
 // keeps the marker.
 
 #include "exif/Movie.h"
-#include "platform/Listbox.h"
+#include "platform/listbox/Listbox.h"
 #include "shell/Window1.h"
 
 bool Window1::getMovieInfo()

@@ -5,8 +5,8 @@
 #include <algorithm>
 
 #include "exif/XmpDates.h"
-#include "platform/PinnedItem.h"
-#include "platform/TextId.h"
+#include "platform/files/PinnedItem.h"
+#include "platform/base/TextId.h"
 
 namespace {
 

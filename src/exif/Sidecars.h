@@ -9,7 +9,7 @@
 
 #include <vector>
 
-#include "platform/FolderItem.h"
+#include "platform/files/FolderItem.h"
 
 struct Sidecar {
     FolderItem file;   // with its status noted as a listing, for the check before writing

@@ -1,6 +1,6 @@
 #include "exif/XmpDates.h"
 
-#include "platform/TextId.h"
+#include "platform/base/TextId.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "platform/TextId.h"
+#include "platform/base/TextId.h"
 
 #if !defined(_WIN32)
 #include <fcntl.h>

@@ -13,8 +13,8 @@
 #include <optional>
 #include <vector>
 
-#include "platform/FolderItem.h"
-#include "platform/Patch.h"
+#include "platform/files/FolderItem.h"
+#include "platform/files/Patch.h"
 
 constexpr int kJournalKept = 20;
 

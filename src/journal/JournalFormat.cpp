@@ -25,7 +25,7 @@
 #include <array>
 #include <cstring>
 
-#include "platform/TextId.h"
+#include "platform/base/TextId.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 
 #include <unordered_map>
 
-#include "platform/BusyPointer.h"
-#include "platform/PinnedItem.h"
-#include "platform/TextId.h"
+#include "platform/widgets/BusyPointer.h"
+#include "platform/files/PinnedItem.h"
+#include "platform/base/TextId.h"
 
 namespace {
 

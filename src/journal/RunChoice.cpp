@@ -4,7 +4,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 
-#include "platform/TextId.h"
+#include "platform/base/TextId.h"
 
 namespace {
 

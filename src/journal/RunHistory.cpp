@@ -9,7 +9,7 @@
 #include <QVBoxLayout>
 
 #include "journal/Journal.h"
-#include "platform/TextId.h"
+#include "platform/base/TextId.h"
 #include "shell/Window1.h"
 
 namespace {

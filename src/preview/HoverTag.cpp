@@ -5,10 +5,10 @@
 
 #include <QLineEdit>
 
-#include "platform/HandlerGuard.h"
-#include "platform/Listbox.h"
-#include "platform/PictureWorker.h"
-#include "platform/Text.h"
+#include "platform/app/HandlerGuard.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/pictures/PictureWorker.h"
+#include "platform/text/Text.h"
 
 namespace {
 

@@ -7,11 +7,11 @@
 #include <QScreen>
 #include <QtMath>
 
-#include "platform/Canvas.h"
-#include "platform/Convert.h"
-#include "platform/HandlerGuard.h"
-#include "platform/Listbox.h"
-#include "platform/PictureWorker.h"
+#include "platform/widgets/Canvas.h"
+#include "platform/base/Convert.h"
+#include "platform/app/HandlerGuard.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/pictures/PictureWorker.h"
 
 namespace {
 

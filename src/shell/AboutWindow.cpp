@@ -7,8 +7,8 @@
 #include <QPlainTextEdit>
 #include <QPointer>
 
-#include "platform/Canvas.h"
-#include "platform/HandlerGuard.h"
+#include "platform/widgets/Canvas.h"
+#include "platform/app/HandlerGuard.h"
 #include "shell/App.h"
 #include "shell/Globals.h"
 

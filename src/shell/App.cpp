@@ -3,9 +3,9 @@
 #include <QFileOpenEvent>
 #include <QTimer>
 
-#include "platform/HandlerGuard.h"
-#include "platform/OneShotTimer.h"
-#include "platform/ReadAhead.h"
+#include "platform/app/HandlerGuard.h"
+#include "platform/widgets/OneShotTimer.h"
+#include "platform/files/ReadAhead.h"
 #include "shell/Window1.h"
 
 namespace {

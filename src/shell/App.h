@@ -3,8 +3,8 @@
 #include <QString>
 #include <QList>
 
-#include "platform/DocumentChannel.h"
-#include "platform/FolderItem.h"
+#include "platform/app/DocumentChannel.h"
+#include "platform/files/FolderItem.h"
 
 // The application object: its version data, the end of the program with its last window,
 // and the documents that the desktop hands over, at launch and later.

@@ -14,10 +14,10 @@
 #include <QTextEdit>
 
 #include "MimeTypes.h"  // generated from velkaro.desktop
-#include "platform/FileChooser.h"
-#include "platform/HandlerGuard.h"
-#include "platform/Listbox.h"
-#include "platform/TextId.h"
+#include "platform/widgets/FileChooser.h"
+#include "platform/app/HandlerGuard.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/base/TextId.h"
 #include "shell/AboutWindow.h"
 #include "shell/App.h"
 #include "shell/Globals.h"

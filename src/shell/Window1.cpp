@@ -5,10 +5,10 @@
 #include <QPointer>
 #include <QResizeEvent>
 
-#include "platform/Listbox.h"
-#include "platform/LockLayout.h"
-#include "platform/OneShotTimer.h"
-#include "platform/Shapes.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/widgets/LockLayout.h"
+#include "platform/widgets/OneShotTimer.h"
+#include "platform/widgets/Shapes.h"
 #include "shell/Globals.h"
 
 namespace {

@@ -9,11 +9,11 @@
 #include <array>
 #include <optional>
 
-#include "platform/BinaryStream.h"
-#include "platform/ControlArray.h"
-#include "platform/Date.h"
-#include "platform/FolderItem.h"
-#include "platform/Handle.h"
+#include "platform/files/BinaryStream.h"
+#include "platform/widgets/ControlArray.h"
+#include "platform/text/Date.h"
+#include "platform/files/FolderItem.h"
+#include "platform/base/Handle.h"
 
 class QCheckBox;
 class QGroupBox;

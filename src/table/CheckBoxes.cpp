@@ -6,10 +6,10 @@
 
 #include "shell/Window1.h"
 
-#include "platform/HandlerGuard.h"
-#include "platform/Listbox.h"
-#include "platform/OneShotTimer.h"
-#include "platform/Text.h"
+#include "platform/app/HandlerGuard.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/widgets/OneShotTimer.h"
+#include "platform/text/Text.h"
 
 namespace {
 

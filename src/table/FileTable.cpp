@@ -10,9 +10,9 @@
 
 #include "shell/Window1.h"
 
-#include "platform/Canvas.h"
-#include "platform/Listbox.h"
-#include "platform/PictureProbe.h"
+#include "platform/widgets/Canvas.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/pictures/PictureProbe.h"
 #include "exif/Boxes.h"
 #include "exif/Movie.h"
 

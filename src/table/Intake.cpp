@@ -10,15 +10,15 @@
 #include <QDropEvent>
 #include <QMimeData>
 
-#include "platform/BusyPointer.h"
-#include "platform/DragItem.h"
-#include "platform/HandlerGuard.h"
-#include "platform/Listbox.h"
-#include "platform/OneShotTimer.h"
-#include "platform/PictureProbe.h"
-#include "platform/ReadAhead.h"
-#include "platform/Shapes.h"
-#include "platform/TextId.h"
+#include "platform/widgets/BusyPointer.h"
+#include "platform/app/DragItem.h"
+#include "platform/app/HandlerGuard.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/widgets/OneShotTimer.h"
+#include "platform/pictures/PictureProbe.h"
+#include "platform/files/ReadAhead.h"
+#include "platform/widgets/Shapes.h"
+#include "platform/base/TextId.h"
 
 #include <utility>
 

@@ -8,7 +8,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
-#include "platform/Text.h"
+#include "platform/text/Text.h"
 
 namespace {
 const QString kZero = QStringLiteral("0");

@@ -6,12 +6,12 @@
 #include <QLineEdit>
 #include <QStringList>
 
-#include "platform/Canvas.h"
-#include "platform/Convert.h"
-#include "platform/Exceptions.h"
-#include "platform/Listbox.h"
-#include "platform/Text.h"
-#include "platform/TextId.h"
+#include "platform/widgets/Canvas.h"
+#include "platform/base/Convert.h"
+#include "platform/base/Exceptions.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/text/Text.h"
+#include "platform/base/TextId.h"
 
 namespace {
 

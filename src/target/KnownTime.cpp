@@ -7,10 +7,10 @@
 #include <QCheckBox>
 #include <QLineEdit>
 
-#include "platform/DateTimeQuestion.h"
-#include "platform/Exceptions.h"
-#include "platform/Listbox.h"
-#include "platform/TextId.h"
+#include "platform/widgets/DateTimeQuestion.h"
+#include "platform/base/Exceptions.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/base/TextId.h"
 #include "shell/MenuBar1.h"
 
 namespace {

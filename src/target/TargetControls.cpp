@@ -8,9 +8,9 @@
 #include <QRadioButton>
 #include <QToolButton>
 
-#include "platform/FieldEvents.h"
-#include "platform/HandlerGuard.h"
-#include "platform/Listbox.h"
+#include "platform/widgets/FieldEvents.h"
+#include "platform/app/HandlerGuard.h"
+#include "platform/listbox/Listbox.h"
 
 void Window1::bindTargetHandlers()
 {

@@ -5,7 +5,7 @@
 #include <QAction>
 #include <QMenu>
 
-#include "platform/TextId.h"
+#include "platform/base/TextId.h"
 #include "shell/MenuBar1.h"
 #include "shell/Window1.h"
 

@@ -6,9 +6,9 @@
 #include <QLineEdit>
 
 #include "journal/Journal.h"
-#include "platform/PinnedItem.h"
-#include "platform/Text.h"
-#include "platform/TextId.h"
+#include "platform/files/PinnedItem.h"
+#include "platform/text/Text.h"
+#include "platform/base/TextId.h"
 #include "shell/Window1.h"
 #include "writeback/RunPlan.h"
 

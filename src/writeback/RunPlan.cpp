@@ -4,12 +4,12 @@
 
 #include "exif/Companions.h"
 #include "exif/Movie.h"
-#include "platform/BusyPointer.h"
-#include "platform/Convert.h"
-#include "platform/Listbox.h"
-#include "platform/PinnedItem.h"
-#include "platform/Text.h"
-#include "platform/TextId.h"
+#include "platform/widgets/BusyPointer.h"
+#include "platform/base/Convert.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/files/PinnedItem.h"
+#include "platform/text/Text.h"
+#include "platform/base/TextId.h"
 #include "shell/Window1.h"
 
 namespace {

@@ -12,8 +12,8 @@
 #include <optional>
 #include <vector>
 
-#include "platform/FolderItem.h"
-#include "platform/Patch.h"
+#include "platform/files/FolderItem.h"
+#include "platform/files/Patch.h"
 
 class Window1;
 

@@ -10,7 +10,7 @@
 #include "exif/Boxes.h"
 #include "exif/Companions.h"
 #include "exif/Container.h"
-#include "platform/BinaryStream.h"
+#include "platform/files/BinaryStream.h"
 #include "shell/Window1.h"
 #include "support/Containers.h"
 #include "support/TiffBuilder.h"

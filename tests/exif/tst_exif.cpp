@@ -4,7 +4,7 @@
 #include <QtTest>
 
 #include "exif/DateCopies.h"
-#include "platform/Listbox.h"
+#include "platform/listbox/Listbox.h"
 #include "shell/Window1.h"
 #include "support/TiffBuilder.h"
 

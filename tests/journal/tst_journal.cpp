@@ -10,9 +10,9 @@
 
 #include "journal/Journal.h"
 #include "journal/RunChoice.h"
-#include "platform/HandlerGuard.h"
-#include "platform/Listbox.h"
-#include "platform/MsgBox.h"
+#include "platform/app/HandlerGuard.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/widgets/MsgBox.h"
 #include "shell/Window1.h"
 #include "writeback/RunPlan.h"
 

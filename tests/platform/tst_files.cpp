@@ -1,11 +1,11 @@
 // Bytes and files: memory blocks, streams on files read and written in place, and the file
 // items that name them.
 
-#include "platform/BinaryStream.h"
-#include "platform/Exceptions.h"
-#include "platform/FolderItem.h"
-#include "platform/MemoryBlock.h"
-#include "platform/PinnedItem.h"
+#include "platform/files/BinaryStream.h"
+#include "platform/base/Exceptions.h"
+#include "platform/files/FolderItem.h"
+#include "platform/files/MemoryBlock.h"
+#include "platform/files/PinnedItem.h"
 
 #include <QLocalServer>
 #include <QtTest>

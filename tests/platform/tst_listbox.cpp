@@ -1,6 +1,6 @@
-#include "platform/Exceptions.h"
-#include "platform/Listbox.h"
-#include "platform/ListboxModel.h"
+#include "platform/base/Exceptions.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/listbox/ListboxModel.h"
 
 #include <QAbstractItemModelTester>
 #include <QtTest>

@@ -2,10 +2,10 @@
 // cut short, empty or under another name; and for the formats of phones and cameras, also
 // what the preview makes of them.
 
-#include "platform/Exceptions.h"
-#include "platform/FolderItem.h"
-#include "platform/PictureProbe.h"
-#include "platform/ScaledPicture.h"
+#include "platform/base/Exceptions.h"
+#include "platform/files/FolderItem.h"
+#include "platform/pictures/PictureProbe.h"
+#include "platform/pictures/ScaledPicture.h"
 #include "support/MadeFiles.h"
 #include "support/TiffBuilder.h"
 

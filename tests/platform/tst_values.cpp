@@ -5,9 +5,9 @@
 #include <ctime>
 #include <limits>
 
-#include "platform/Convert.h"
-#include "platform/Date.h"
-#include "platform/Text.h"
+#include "platform/base/Convert.h"
+#include "platform/text/Date.h"
+#include "platform/text/Text.h"
 
 namespace {
 constexpr qint64 kMax = std::numeric_limits<qint64>::max();

@@ -2,12 +2,12 @@
 // the busy pointer, one-shot timers and the drawn shapes. (Where the lock layout puts
 // controls, also inside groups, is the main window's test.)
 
-#include "platform/BusyPointer.h"
-#include "platform/Canvas.h"
-#include "platform/HandlerGuard.h"
-#include "platform/MsgBox.h"
-#include "platform/OneShotTimer.h"
-#include "platform/Shapes.h"
+#include "platform/widgets/BusyPointer.h"
+#include "platform/widgets/Canvas.h"
+#include "platform/app/HandlerGuard.h"
+#include "platform/widgets/MsgBox.h"
+#include "platform/widgets/OneShotTimer.h"
+#include "platform/widgets/Shapes.h"
 
 #include <QtTest>
 #include <QtWidgets>

@@ -5,11 +5,11 @@
 #include <QLineEdit>
 #include <QtTest>
 
-#include "platform/Canvas.h"
-#include "platform/Listbox.h"
-#include "platform/OneShotTimer.h"
-#include "platform/PictureWorker.h"
-#include "platform/ScaledPicture.h"
+#include "platform/widgets/Canvas.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/widgets/OneShotTimer.h"
+#include "platform/pictures/PictureWorker.h"
+#include "platform/pictures/ScaledPicture.h"
 #include "shell/Window1.h"
 #include "support/MadeFiles.h"
 #include "support/TiffBuilder.h"

@@ -11,11 +11,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "platform/Canvas.h"
-#include "platform/FileChooser.h"
-#include "platform/HandlerGuard.h"
-#include "platform/Listbox.h"
-#include "platform/MsgBox.h"
+#include "platform/widgets/Canvas.h"
+#include "platform/widgets/FileChooser.h"
+#include "platform/app/HandlerGuard.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/widgets/MsgBox.h"
 #include "shell/AboutWindow.h"
 #include "shell/App.h"
 #include "shell/Translations.h"

@@ -5,7 +5,7 @@
 #include <QtTest>
 #include <QtWidgets>
 
-#include "platform/HandlerGuard.h"
+#include "platform/app/HandlerGuard.h"
 #include "shell/AboutWindow.h"
 #include "shell/App.h"
 #include "shell/Globals.h"

@@ -3,10 +3,10 @@
 #include <QDateTime>
 #include <QFile>
 
-#include "platform/Convert.h"
-#include "platform/Listbox.h"
-#include "platform/MemoryBlock.h"
-#include "platform/Text.h"
+#include "platform/base/Convert.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/files/MemoryBlock.h"
+#include "platform/text/Text.h"
 #include "shell/Window1.h"
 
 QByteArray TiffBuilder::number(quint32 v, int size) const

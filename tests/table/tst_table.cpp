@@ -9,13 +9,13 @@
 
 #include <sys/stat.h>
 
-#include "platform/Canvas.h"
-#include "platform/DragItem.h"
-#include "platform/HandlerGuard.h"
-#include "platform/Listbox.h"
-#include "platform/OneShotTimer.h"
-#include "platform/ReadAhead.h"
-#include "platform/Shapes.h"
+#include "platform/widgets/Canvas.h"
+#include "platform/app/DragItem.h"
+#include "platform/app/HandlerGuard.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/widgets/OneShotTimer.h"
+#include "platform/files/ReadAhead.h"
+#include "platform/widgets/Shapes.h"
 #include "shell/Window1.h"
 #include "support/TiffBuilder.h"
 

@@ -8,10 +8,10 @@
 #include <ctime>
 #include <memory>
 
-#include "platform/DateTimeQuestion.h"
-#include "platform/HandlerGuard.h"
-#include "platform/Listbox.h"
-#include "platform/OneShotTimer.h"
+#include "platform/widgets/DateTimeQuestion.h"
+#include "platform/app/HandlerGuard.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/widgets/OneShotTimer.h"
 #include "shell/MenuBar1.h"
 #include "shell/Window1.h"
 

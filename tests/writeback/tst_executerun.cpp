@@ -12,10 +12,10 @@
 #include <sys/stat.h>
 
 #include "exif/Container.h"
-#include "platform/HandlerGuard.h"
-#include "platform/Listbox.h"
-#include "platform/MsgBox.h"
-#include "platform/ListboxModel.h"
+#include "platform/app/HandlerGuard.h"
+#include "platform/listbox/Listbox.h"
+#include "platform/widgets/MsgBox.h"
+#include "platform/listbox/ListboxModel.h"
 #include "shell/MenuBar1.h"
 #include "shell/Window1.h"
 #include "support/TiffBuilder.h"
