@@ -20,5 +20,5 @@ struct Companions {
 };
 
 // The companions of `dates` (the patches of one row's ticked dates) in the file read through
-// `file`, appended to `out`.
+// `file`, appended to `out`. Its steps, in their order, are in CompanionSteps.cpp.
 void findCompanions(BinaryStream& file, const FolderItem& item, const std::vector<Patch>& dates, Companions& out);
