@@ -42,14 +42,7 @@ class TestContainers : public QObject {
     QTemporaryDir tmp;
     Window1 w;
 
-    QString add(const QByteArray& file)
-    {
-        const QString path = tmp.filePath("file");
-        writeBytes(path, file);
-        w.clearTables();
-        w.addFileToTable(FolderItem(path));
-        return exifView(w, 0);
-    }
+    QString add(const QByteArray& file) { return listFile(w, tmp.filePath("file"), file); }
 
     // A picture made by a tool, then written to by exiftool; "" where a tool is missing.
     QByteArray made(const QString& name, const QStringList& tool, const QStringList& writes = kDates + QStringList{"-IFD0:Orientation#=6"})

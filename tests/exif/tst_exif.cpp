@@ -59,14 +59,7 @@ class TestExif : public QObject {
     QTemporaryDir tmp;
     Window1 w;
 
-    QString add(const QByteArray& file)
-    {
-        const QString path = tmp.filePath("file");
-        writeBytes(path, file);
-        w.clearTables();
-        w.addFileToTable(FolderItem(path));
-        return exifView(w, 0);
-    }
+    QString add(const QByteArray& file) { return listFile(w, tmp.filePath("file"), file); }
 
 private slots:
     void reads_data()

@@ -5,6 +5,7 @@
 
 #include "platform/base/Convert.h"
 #include "platform/listbox/Listbox.h"
+#include "platform/files/FolderItem.h"
 #include "platform/files/MemoryBlock.h"
 #include "platform/text/Text.h"
 #include "shell/Window1.h"
@@ -146,4 +147,12 @@ QString readBytes(Window1& w, const QByteArray& bytes, bool plain, qint64 budget
         position = next + w.TiffOfs;
     }
     return budget > 0 ? exifView(w, w.curRow) : QString();
+}
+
+QString listFile(Window1& w, const QString& path, const QByteArray& bytes)
+{
+    writeBytes(path, bytes);
+    w.clearTables();
+    w.addFileToTable(FolderItem(path));
+    return exifView(w, 0);
 }

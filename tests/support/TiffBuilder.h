@@ -57,5 +57,7 @@ QString readBytes(Window1& w, const QByteArray& bytes, bool plain = false, qint6
 // A row's Exif cells as text that reads well in a failed comparison: "text@position" for
 // columns 3 to 5 ("-" for the marker without a tag), then the turns in column 6's tag ("-": none).
 QString exifView(const Window1& w, int row);
+// Writes bytes to path and lists that file alone, as a drop would: the row's exifView.
+QString listFile(Window1& w, const QString& path, const QByteArray& bytes);
 // The same view expected of a file: each date where it first stands in f ("" for the marker).
 QString seen(const QByteArray& f, const QList<QByteArray>& dates, int turns = -1);
